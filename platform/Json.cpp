@@ -1,0 +1,67 @@
+#include "platform/Json.h"
+
+#include <charconv>
+#include <cstdio>
+#include <ctime>
+
+#include "platform/Crypto.h"
+
+namespace kro {
+
+Json floatJson(float value) {
+    char buffer[64];
+    auto [end, error] = std::to_chars(buffer, buffer + sizeof buffer, value);
+    if (error != std::errc()) return Json(static_cast<double>(value));
+    // The double nearest the float's shortest text prints as that text again.
+    return Json(std::strtod(std::string(buffer, end).c_str(), nullptr));
+}
+
+std::string compactText(const Json& json) {
+    // Invalid UTF-8 in a text is replaced rather than thrown on: a store is always writable.
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string dateText(TimePoint time) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm utc{};
+    gmtime_r(&seconds, &utc);
+    char buffer[32];
+    std::strftime(buffer, sizeof buffer, "%Y-%m-%dT%H:%M:%SZ", &utc);
+    return buffer;
+}
+
+std::optional<TimePoint> parseDateText(const std::string& text) {
+    int year, month, day, hour, minute, second;
+    char tail = 0;
+    if (text.size() != 20 ||
+        std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d%c", &year, &month, &day, &hour, &minute, &second, &tail) != 7 ||
+        tail != 'Z') {
+        return std::nullopt;
+    }
+    if (month < 1 || month > 12 || day < 1 || day > 31 || hour > 23 || minute > 59 || second > 60) return std::nullopt;
+    std::tm utc{};
+    utc.tm_year = year - 1900;
+    utc.tm_mon = month - 1;
+    utc.tm_mday = day;
+    utc.tm_hour = hour;
+    utc.tm_min = minute;
+    utc.tm_sec = second;
+    return std::chrono::system_clock::from_time_t(timegm(&utc));
+}
+
+std::string newUUID() {
+    auto bytes = randomBytes(16);
+    bytes[6] = static_cast<char>((bytes[6] & 0x0F) | 0x40);
+    bytes[8] = static_cast<char>((bytes[8] & 0x3F) | 0x80);
+    static const char* digits = "0123456789ABCDEF";
+    std::string out;
+    for (size_t i = 0; i < 16; ++i) {
+        if (i == 4 || i == 6 || i == 8 || i == 10) out.push_back('-');
+        const auto b = static_cast<unsigned char>(bytes[i]);
+        out.push_back(digits[b >> 4]);
+        out.push_back(digits[b & 15]);
+    }
+    return out;
+}
+
+}  // namespace kro
