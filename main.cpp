@@ -1,1 +1,144 @@
-int main() { return 0; }
+// kro: with no command, the agent in the tray; with a command, the command-line face.
+#include <QApplication>
+#include <QSocketNotifier>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+
+#include "app/AppDelegate.h"
+#include "cli/Cli.h"
+#include "cli/OpenCommand.h"
+#include "library/Sherlog.h"
+#include "platform/AgentChannel.h"
+#include "platform/DeferredMainQueue.h"
+#include "platform/Environment.h"
+#include "platform/JsonFileDefaults.h"
+#include "platform/WorkerQueue.h"
+#include "platform/linux/PosixFiles.h"
+#include "platform/linux/QtAgentServer.h"
+#include "platform/linux/QtDesktopServices.h"
+#include "platform/linux/QtQueues.h"
+#include "platform/linux/QtStatusItem.h"
+#include "platform/linux/QtTooltipWindow.h"
+
+namespace {
+
+std::string selfPath() {
+    char buffer[4096];
+    const ssize_t n = readlink("/proc/self/exe", buffer, sizeof buffer - 1);
+    return n > 0 ? std::string(buffer, static_cast<size_t>(n)) : std::string("kro");
+}
+
+std::string defaultsPath(const kro::Paths& paths) {
+    return paths.configHome + "/" + kro::kBundleIdentifier + "/defaults.json";
+}
+
+bool hasDisplay() {
+    const char* x11 = std::getenv("DISPLAY");
+    return x11 && *x11;
+}
+
+// SIGTERM and SIGINT end the event loop through a socket pair, the one safe way out of a signal handler.
+int gSignalPipe[2] = {-1, -1};
+void onSignal(int) {
+    const char byte = 1;
+    [[maybe_unused]] auto written = ::write(gSignalPipe[1], &byte, 1);
+}
+
+int runAgent(int argc, char** argv) {
+    if (!hasDisplay()) {
+        std::cerr << "kro: the agent needs an X11 display, and DISPLAY is not set.\n"
+                     "     Run it in a desktop session, or on a virtual display: xvfb-run -a kro\n";
+        return kro::cli::exitFailed;
+    }
+    // The picker and the global keys speak X11; under Wayland the agent runs through XWayland.
+    setenv("QT_QPA_PLATFORM", "xcb", 0);
+
+    const auto paths = kro::Paths::fromEnvironment();
+    kro::PosixFiles files;
+    files.createDirectories(paths.runtimeDir);
+    chmod(paths.runtimeDir.c_str(), 0700);
+    if (!kro::takeAgentLock(kro::agentLockPath(paths))) {
+        std::cerr << "kro: the agent is already running in this session\n";
+        return kro::cli::exitDone;
+    }
+
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("Kro");
+    QApplication::setDesktopFileName(kro::kBundleIdentifier);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    kro::SystemClock clock;
+    kro::QtMainQueue mainQueue;
+    kro::WorkerQueue backgroundQueue;
+    kro::JsonFileDefaults defaults(files, defaultsPath(paths));
+    kro::NotificationCenter notifications;
+    kro::installEnvironment({&clock, &mainQueue, &backgroundQueue, &files, &defaults, &notifications, paths});
+
+    kro::QtStatusItem statusItem;
+    kro::QtTooltipWindow tooltip([&statusItem] { return statusItem.geometry(); });
+    kro::QtClipboard clipboard;
+    kro::QtNetworkMonitor networkMonitor;
+    kro::QtAppearance appearance;
+    kro::QtApplication app;
+
+    kro::AppDelegate delegate({&statusItem, &tooltip, &clipboard, &networkMonitor, &appearance, &app});
+
+    kro::QtAgentServer server([&delegate](const std::string& request) { return delegate.handleAgentRequest(request); });
+    std::string error;
+    if (!server.listen(kro::agentSocketPath(paths), error)) {
+        std::cerr << "kro: cannot listen for other kro commands: " << error << "\n";
+        return kro::cli::exitFailed;
+    }
+
+    socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, gSignalPipe);
+    QSocketNotifier signalNotifier(gSignalPipe[0], QSocketNotifier::Read);
+    QObject::connect(&signalNotifier, &QSocketNotifier::activated, [] { QCoreApplication::quit(); });
+    std::signal(SIGTERM, onSignal);
+    std::signal(SIGINT, onSignal);
+
+    delegate.applicationDidFinishLaunching();
+    SHERLOG(std::string("tray: ") + (statusItem.isTrayAvailable() ? "available" : "not available"), kro::SherlogLevel::info);
+    if (!statusItem.isTrayAvailable()) {
+        std::cerr << "kro: no system tray was found; the agent runs without its icon\n";
+    }
+    SHERLOG("Kro is running", kro::SherlogLevel::info);
+    const int status = QApplication::exec();
+    delegate.applicationWillTerminate();
+    return status;
+}
+
+// A one-shot command: the same stores and defaults as the agent, with no event loop.
+int runHeadless(const std::vector<std::string>& args) {
+    const auto paths = kro::Paths::fromEnvironment();
+    kro::SystemClock clock;
+    kro::DeferredMainQueue mainQueue;
+    kro::WorkerQueue backgroundQueue;
+    kro::PosixFiles files;
+    kro::JsonFileDefaults defaults(files, defaultsPath(paths));
+    kro::NotificationCenter notifications;
+    kro::installEnvironment({&clock, &mainQueue, &backgroundQueue, &files, &defaults, &notifications, paths});
+    const int status = kro::cli::runCommand(args, std::cin, std::cout, std::cerr);
+    mainQueue.drain();
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::string> args(argv + 1, argv + argc);
+    if (args.empty()) return runAgent(argc, argv);
+    if (args[0] == "-h" || args[0] == "--help" || args[0] == "help") {
+        std::cout << kro::cli::programUsage();
+        return kro::cli::exitDone;
+    }
+    if (args[0] == "open") {
+        return kro::cli::runOpen({args.begin() + 1, args.end()}, kro::Paths::fromEnvironment(), selfPath(), std::cerr);
+    }
+    return runHeadless(args);
+}

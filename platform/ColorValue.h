@@ -29,11 +29,21 @@ public:
     static std::shared_ptr<const ColorSpace> genericCMYK();
     // Gray with gamma 2.2 and a D65 white point.
     static std::shared_ptr<const ColorSpace> genericGray();
+    // Gray with a linear response (gamma 1.0) and a D65 white point.
+    static std::shared_ptr<const ColorSpace> linearGray();
     // CIE Lab with a D50 white point; components L 0…100, a and b about −128…127.
     static std::shared_ptr<const ColorSpace> labD50();
-    // A space from an ICC profile's bytes (the display's own profile); nothing when the profile does not load.
+    // A space from an ICC profile's bytes (the display's own profile); nothing when the profile does not load,
+    // is not an RGB, CMYK, gray or Lab profile, or cannot convert colours.
     static std::shared_ptr<const ColorSpace> fromICCProfile(std::string_view bytes, const std::string& name);
 };
+
+namespace detail {
+// The components of a colour of `from` in `to` (each clamped to its range), or nothing when no transform
+// between the two spaces can be made. Transforms are made once per pair of spaces and shared by all threads.
+std::optional<std::vector<double>> convertComponents(const ColorSpace& from, const ColorSpace& to,
+                                                     const std::vector<double>& components);
+}  // namespace detail
 
 enum class ColorType { componentBased, pattern, catalog };
 
@@ -43,7 +53,8 @@ public:
     static ColorValue rgb(double red, double green, double blue, double alpha = 1.0);
     // colorWithHue:saturation:brightness:alpha: — hexcone HSB, each 0…1, in sRGB.
     static ColorValue hsb(double hue, double saturation, double brightness, double alpha = 1.0);
-    // colorWithColorSpace:components:count: — `components` holds the space's components (alpha separate).
+    // colorWithColorSpace:components:count: — `components` holds the space's components (alpha separate);
+    // missing ones read as 0 and extra ones are dropped. A null space means sRGB.
     static ColorValue withComponents(std::shared_ptr<const ColorSpace> space, std::vector<double> components, double alpha = 1.0);
     // A colour that is not component-based (a pattern or catalog colour): it converts to nothing.
     static ColorValue nonComponent(ColorType type);

@@ -1,0 +1,33 @@
+#include "cli/Cli.h"
+
+#include <iostream>
+
+namespace kro::cli {
+
+const CommandTable& commandTable() {
+    static const CommandTable table = [] {
+        CommandTable commands;
+        return commands;
+    }();
+    return table;
+}
+
+std::string programUsage() {
+    std::string text = "usage: kro                  start the agent\n"
+                       "       kro open ARG...      hand kro:// commands and files to the agent\n";
+    for (const auto& [name, command] : commandTable()) text += "       " + command.usage + "\n";
+    return text;
+}
+
+int runCommand(const std::vector<std::string>& args, std::istream& in, std::ostream& out, std::ostream& err) {
+    const auto& table = commandTable();
+    const auto found = args.empty() ? table.end() : table.find(args[0]);
+    if (found == table.end()) {
+        err << programUsage();
+        return exitUsage;
+    }
+    CommandContext context{std::vector<std::string>(args.begin() + 1, args.end()), in, out, err};
+    return found->second.run(context);
+}
+
+}  // namespace kro::cli

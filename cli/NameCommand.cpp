@@ -1,0 +1,53 @@
+#include "cli/NameCommand.h"
+
+#include <ostream>
+#include <vector>
+
+#include "formats/color/ColorConversions.h"
+#include "formats/color/ColorName.h"
+
+namespace kro::cli {
+namespace {
+
+bool isHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+
+int runName(CommandContext& context);
+
+const Command& nameCommand() {
+    static const Command command{"kro name COLOR...", runName};
+    return command;
+}
+
+int runName(CommandContext& context) {
+    if (context.args.empty()) return usageError(context, nameCommand());
+    // Every colour is read before anything is written, so a bad one leaves no partial answer.
+    std::vector<ColorValue> colors;
+    for (const auto& arg : context.args) {
+        auto color = parseHexArgument(arg);
+        if (!color) return fail(context, "not a colour: " + arg);
+        colors.push_back(*color);
+    }
+    std::vector<std::string> names;
+    for (size_t i = 0; i < colors.size(); ++i) {
+        auto name = ColorName::name(colors[i].red(), colors[i].green(), colors[i].blue());
+        if (!name) return fail(context, "no colour names to choose from");
+        names.push_back(*name);
+    }
+    for (const auto& name : names) context.out << name << "\n";
+    return exitDone;
+}
+
+}  // namespace
+
+void registerNameCommands(CommandTable& table) { table.insert_or_assign("name", nameCommand()); }
+
+std::optional<ColorValue> parseHexArgument(std::string_view text) {
+    if (!text.empty() && text.front() == '#') text.remove_prefix(1);
+    if (text.size() != 6) return std::nullopt;
+    for (char c : text) {
+        if (!isHexDigit(c)) return std::nullopt;
+    }
+    return colorFromHex(text);
+}
+
+}  // namespace kro::cli

@@ -1,0 +1,163 @@
+#include "exchange/PaletteCoder.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "exchange/BytesReader.h"
+#include "exchange/PalErrors.h"
+#include "exchange/coders/Coders.h"
+#include "platform/Files.h"
+
+namespace PAL {
+
+namespace {
+
+std::string lowercased(std::string_view text) {
+    std::string out(text);
+    std::transform(out.begin(), out.end(), out.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return out;
+}
+
+std::string readFile(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) throw CommonError(CommonError::Case::unableToLoadFile);
+    std::ifstream file(path, std::ios::binary);
+    if (!file) throw CommonError(CommonError::Case::unableToLoadFile);
+    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    if (file.bad()) throw CommonError(CommonError::Case::unableToLoadFile);
+    return bytes;
+}
+
+class NotYetBuiltCoder final : public PaletteCoder {
+public:
+    using PaletteCoder::PaletteCoder;
+    bool reads() const override { return false; }
+    bool writes() const override { return false; }
+};
+
+}  // namespace
+
+std::string PaletteCoder::name() const { return std::string(info(format_).displayName); }
+
+std::vector<std::string> PaletteCoder::fileExtension() const {
+    const auto& extensions = info(format_).extensions;
+    return {extensions.begin(), extensions.end()};
+}
+
+std::string PaletteCoder::utType() const { return std::string(info(format_).utType); }
+bool PaletteCoder::reads() const { return info(format_).reads; }
+bool PaletteCoder::writes() const { return info(format_).writes; }
+
+Palette PaletteCoder::decode(BytesParser::BytesReader&) const { throw CommonError(CommonError::Case::notImplemented); }
+
+Palette PaletteCoder::decode(std::string_view data) const {
+    BytesParser::BytesReader reader(data);
+    return decode(reader);
+}
+
+Palette PaletteCoder::decodeFile(const std::string& path) const { return decode(std::string_view(readFile(path))); }
+
+std::string PaletteCoder::encode(const Palette&) const { throw CommonError(CommonError::Case::notImplemented); }
+
+std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format) { return std::make_unique<NotYetBuiltCoder>(format); }
+
+std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
+    switch (format) {
+    case PaletteFormat::acb: return makeACBCoder();
+    case PaletteFormat::acbl: return makeACBLCoder();
+    case PaletteFormat::aco: return makeACOCoder();
+    case PaletteFormat::act: return makeACTCoder();
+    case PaletteFormat::ase: return makeASECoder();
+    case PaletteFormat::riff: return makeRIFFCoder();
+    case PaletteFormat::vga24bit: return makeVGA24BitCoder();
+    case PaletteFormat::vga18bit: return makeVGA18BitCoder();
+    case PaletteFormat::gimp: return makeGIMPCoder();
+    case PaletteFormat::json: return makeJSONCoder();
+    default: return makeNotYetBuiltCoder(format);
+    }
+}
+
+const std::vector<std::unique_ptr<PaletteCoder>>& allCoders() {
+    static const auto coders = [] {
+        std::vector<std::unique_ptr<PaletteCoder>> list;
+        for (const auto& entry : paletteFormats()) list.push_back(coder(entry.format));
+        return list;
+    }();
+    return coders;
+}
+
+const std::vector<std::unique_ptr<PaletteCoder>>& textCoders() {
+    using F = PaletteFormat;
+    static const auto coders = [] {
+        std::vector<std::unique_ptr<PaletteCoder>> list;
+        for (F format : {F::rgb, F::rgba, F::csv, F::json, F::gimp, F::paintShopPro, F::sketch, F::corelDraw, F::basicXML,
+                         F::hexRGBA, F::paintNET, F::corelPainter, F::androidXML, F::openOffice, F::corelDrawV3,
+                         F::scribusXML, F::simplePalette})
+            list.push_back(coder(format));
+        return list;
+    }();
+    return coders;
+}
+
+std::vector<const PaletteCoder*> coders(std::string_view extension) {
+    const std::string wanted = lowercased(extension);
+    std::vector<const PaletteCoder*> matching;
+    if (wanted.empty()) return matching;
+    for (const auto& candidate : allCoders()) {
+        const auto& extensions = info(candidate->format()).extensions;
+        if (std::find(extensions.begin(), extensions.end(), wanted) != extensions.end()) matching.push_back(candidate.get());
+    }
+    return matching;
+}
+
+std::vector<const PaletteCoder*> codersForPath(const std::string& path) { return coders(kro::fileExtension(path)); }
+
+// Without a system type registry, a type's preferred extension is the first extension of the format
+// that declares it.
+const PaletteCoder* coderForUTType(std::string_view utType) {
+    std::optional<std::string> preferred;
+    for (const auto& entry : paletteFormats()) {
+        if (entry.utType == utType && !entry.extensions.empty()) {
+            preferred = std::string(entry.extensions.front());
+            break;
+        }
+    }
+    for (const auto& candidate : allCoders()) {
+        const auto extensions = candidate->fileExtension();
+        if (extensions.empty() ? !preferred : (preferred && lowercased(extensions.front()) == *preferred))
+            return candidate.get();
+    }
+    return nullptr;
+}
+
+Palette decode(const std::string& path, const PaletteCoder* coder) {
+    if (coder) {
+        const std::string bytes = readFile(path);
+        try {
+            return coder->decode(std::string_view(bytes));
+        } catch (const std::exception&) {
+            throw CommonError(CommonError::Case::unsupportedPaletteType);
+        }
+    }
+    const auto candidates = codersForPath(path);
+    if (candidates.empty()) throw CommonError(CommonError::Case::unsupportedCoderType);
+    return decodeTrying(candidates, readFile(path));
+}
+
+// The first coder that decodes wins; every refusal is dropped, since a refusal only means "not mine".
+Palette decodeTrying(const std::vector<const PaletteCoder*>& candidates, std::string_view data) {
+    if (candidates.empty()) throw CommonError(CommonError::Case::unsupportedCoderType);
+    for (const PaletteCoder* candidate : candidates) {
+        try {
+            return candidate->decode(data);
+        } catch (const std::exception&) {
+        }
+    }
+    throw CommonError(CommonError::Case::unsupportedPaletteType);
+}
+
+Palette decode(std::string_view data, std::string_view fileExtension) { return decodeTrying(coders(fileExtension), data); }
+
+}  // namespace PAL

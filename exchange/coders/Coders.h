@@ -1,0 +1,25 @@
+#pragma once
+// One factory per coder, each defined in its coder's own file. A coder not built yet has its
+// factory in NotYetBuilt.cpp, which answers notImplemented until the coder lands.
+#include <memory>
+
+#include "exchange/PaletteCoder.h"
+
+namespace PAL {
+
+std::unique_ptr<PaletteCoder> makeACBCoder();
+std::unique_ptr<PaletteCoder> makeACBLCoder();
+std::unique_ptr<PaletteCoder> makeACOCoder();
+std::unique_ptr<PaletteCoder> makeACTCoder();
+std::unique_ptr<PaletteCoder> makeASECoder();
+std::unique_ptr<PaletteCoder> makeRIFFCoder();
+std::unique_ptr<PaletteCoder> makeVGA24BitCoder();
+std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
+
+std::unique_ptr<PaletteCoder> makeGIMPCoder();
+std::unique_ptr<PaletteCoder> makeJSONCoder();
+
+// A coder for a format whose reading and writing are not built: both answer notImplemented.
+std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
+
+}  // namespace PAL

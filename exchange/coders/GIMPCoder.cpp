@@ -1,0 +1,183 @@
+// GIMP palettes (.gpl). Reading is more tolerant than GIMP (any line ending, a byte-order mark,
+// header keys anywhere before the first colour, Aseprite's "Channels: RGBA"); writing follows GIMP's
+// own layout exactly, so GIMP, Krita, Inkscape and Aseprite all read what we write.
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+
+#include "exchange/BytesReader.h"
+#include "exchange/PalErrors.h"
+#include "exchange/coders/Coders.h"
+
+namespace PAL {
+
+namespace {
+
+constexpr std::string_view magic = "GIMP Palette";
+// What GIMP, Krita and Aseprite write for an entry without a name.
+constexpr std::string_view untitled = "Untitled";
+
+bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+std::vector<std::string_view> splitLines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\n' && text[i] != '\r') continue;
+        lines.push_back(text.substr(start, i - start));
+        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
+        start = i + 1;
+    }
+    if (start < text.size()) lines.push_back(text.substr(start));
+    return lines;
+}
+
+bool isValidUTF8(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        const auto c = static_cast<unsigned char>(text[i]);
+        const std::size_t length = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
+        if (length == 0 || i + length > text.size()) return false;
+        for (std::size_t k = 1; k < length; ++k)
+            if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
+        i += length;
+    }
+    return true;
+}
+
+// Names are UTF-8; text in any other encoding is taken as Latin-1, as GIMP falls back to.
+std::string utf8Text(std::string_view text) {
+    if (isValidUTF8(text)) return std::string(text);
+    std::string out;
+    for (unsigned char c : text) {
+        if (c < 0x80) {
+            out.push_back(static_cast<char>(c));
+        } else {
+            out.push_back(static_cast<char>(0xC0 | (c >> 6)));
+            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
+        }
+    }
+    return out;
+}
+
+std::string entryName(std::string_view text) {
+    text = trimmed(text);
+    return text == untitled ? std::string() : utf8Text(text);
+}
+
+// "Key: value" before the first colour; keys start with a letter.
+bool isHeaderLine(std::string_view line) {
+    const auto colon = line.find(':');
+    return !line.empty() && std::isalpha(static_cast<unsigned char>(line.front())) && colon != std::string_view::npos;
+}
+
+// An unsigned decimal token; values above 255 are held at 255.
+bool readComponent(std::string_view& rest, int& value) {
+    while (!rest.empty() && isBlank(rest.front())) rest.remove_prefix(1);
+    std::size_t digits = 0;
+    long long number = 0;
+    while (digits < rest.size() && std::isdigit(static_cast<unsigned char>(rest[digits]))) {
+        number = std::min(number * 10 + (rest[digits] - '0'), 1000LL);
+        ++digits;
+    }
+    if (digits == 0 || (digits < rest.size() && !isBlank(rest[digits]))) return false;
+    value = static_cast<int>(std::min(number, 255LL));
+    rest.remove_prefix(digits);
+    return true;
+}
+
+class GIMPCoder final : public PaletteCoder {
+public:
+    GIMPCoder() : PaletteCoder(PaletteFormat::gimp) {}
+    using PaletteCoder::decode;
+
+    Palette decode(BytesParser::BytesReader& reader) const override {
+        const auto bytes = reader.readAll();
+        std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+        const auto lines = splitLines(text);
+        if (lines.empty() || !lines.front().starts_with(magic)) throw CommonError(CommonError::Case::invalidFormat);
+
+        Palette palette;
+        palette.format = PaletteFormat::gimp;
+        bool inHeader = true;
+        int channels = 3;
+        for (std::size_t i = 1; i < lines.size(); ++i) {
+            const std::string_view line = trimmed(lines[i]);
+            if (line.empty() || line.front() == '#') continue;
+            if (inHeader && isHeaderLine(line)) {
+                const auto colon = line.find(':');
+                const auto key = line.substr(0, colon);
+                const auto value = trimmed(line.substr(colon + 1));
+                if (key == "Name") palette.name = utf8Text(value);
+                else if (key == "Channels") channels = channelCount(value);
+                // Columns only suggests a view width, and other keys are other programs' metadata.
+                continue;
+            }
+            inHeader = false;
+            palette.colors.push_back(colorLine(line, channels));
+        }
+        return palette;
+    }
+
+    std::string encode(const Palette& palette) const override {
+        const auto colors = palette.allColors();
+        std::string out = std::string(magic) + "\nName: " + singleLine(palette.name) + "\nColumns: " +
+                          std::to_string(std::min<std::size_t>(colors.size(), 16)) + "\n#\n";
+        const std::size_t headerEnd = out.size();
+        writeColors(out, palette.colors);
+        for (const auto& group : palette.groups) {
+            // GIMP has no groups: the title stands as a comment before the group's colours.
+            out += "# " + singleLine(group.name) + "\n";
+            writeColors(out, group.colors);
+        }
+        // Krita refuses palette files shorter than 50 bytes.
+        if (out.size() < 50) out.insert(headerEnd, "# Palette written by Kro\n");
+        return out;
+    }
+
+private:
+    static int channelCount(std::string_view value) {
+        if (value == "RGB") return 3;
+        if (value == "RGBA") return 4;
+        throw CommonError(CommonError::Case::invalidFormat);
+    }
+
+    static Color colorLine(std::string_view line, int channels) {
+        int values[4] = {0, 0, 0, 255};
+        std::string_view rest = line;
+        for (int c = 0; c < channels; ++c)
+            if (!readComponent(rest, values[c])) throw CommonError(CommonError::Case::invalidFormat);
+        return Color::rgb255(values[0], values[1], values[2], values[3], entryName(rest));
+    }
+
+    static std::string singleLine(std::string text) {
+        std::replace_if(text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+        return text;
+    }
+
+    static void writeColors(std::string& out, const std::vector<Color>& colors) {
+        char numbers[32];
+        for (const auto& color : colors) {
+            const RGB rgb = color.rgb();
+            const auto byte = [](double unit) { return static_cast<int>(std::round(std::clamp(unit, 0.0, 1.0) * 255)); };
+            std::snprintf(numbers, sizeof numbers, "%3d %3d %3d\t", byte(rgb.rf), byte(rgb.gf), byte(rgb.bf));
+            const std::string name = singleLine(std::string(trimmed(color.name)));
+            out += numbers;
+            out += name.empty() ? std::string(untitled) : name;
+            out += '\n';
+        }
+    }
+};
+
+}  // namespace
+
+std::unique_ptr<PaletteCoder> makeGIMPCoder() { return std::make_unique<GIMPCoder>(); }
+
+}  // namespace PAL

@@ -1,0 +1,19 @@
+#pragma once
+// Colour text recognition: finds the colours written in any text (CSS names, hex, rgb()/rgba(),
+// hsl()/hsla(), and the UIColor/NSColor initialisers' labelled components).
+#include <set>
+#include <string_view>
+#include <vector>
+
+#include "formats/color/ImportColorPattern.h"
+#include "platform/ColorValue.h"
+
+namespace kro::ImportColor {
+
+// Every colour found in `text` by the recognisers of the enabled `patterns`, recogniser by recogniser
+// in a fixed order (names, hex, rgb, rgba, hsl, hsla, HSB, RGB) and in text order within each.
+// Each expression has a time limit, so no text can hang the caller: a recogniser that runs out of time
+// keeps what it found up to then.
+std::vector<ColorValue> colors(std::string_view text, const std::set<ImportColorPattern>& patterns);
+
+}  // namespace kro::ImportColor

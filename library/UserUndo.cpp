@@ -1,0 +1,50 @@
+#include "library/UserUndo.h"
+
+#include "library/JsonDecode.h"
+
+namespace kro {
+
+UserUndo& UserUndo::shared() {
+    static UserUndo undo;
+    return undo;
+}
+
+void UserUndo::save(const User& instance, double after, const char* file, const char* function, int line) {
+    auto snapshot = dictionarySnapshot(instance.toJson());
+    if (!snapshot) return;
+    Sherlog::print(std::string("save from ") + file + " " + function + ":" + std::to_string(line), SherlogLevel::debug,
+                   "Kro/UserUndo", "save(instance:after:file:function:line:)", __LINE__);
+    // The record writes its keys in a fixed order, so its compact text is a stable text of the state.
+    auto digestText = compactText(*snapshot);
+    engine_.save(std::move(*snapshot), digestText, after, "save(instance:after:file:function:line:)");
+}
+
+void UserUndo::undo() {
+    if (auto state = engine_.undoState()) apply(*state, +1, "undo()", "undo");
+}
+
+void UserUndo::redo() {
+    if (auto state = engine_.redoState()) apply(*state, -1, "redo()", "redo");
+}
+
+void UserUndo::apply(const Json& state, long indexMove, const char* function, const char* logWord) {
+    std::shared_ptr<User> restored;
+    try {
+        restored = User::fromJson(state);
+    } catch (const std::exception& error) {
+        Sherlog::print(std::string("undo state does not decode: ") + error.what(), SherlogLevel::error, "Kro/UserUndo",
+                       function, __LINE__);
+        return;
+    }
+    const auto& user = User::shared();
+    user->copyFields(*restored, false);
+    user->moveUpdatedAt();
+    // The restored state is recorded too, before the index moves: the list only grows.
+    user->trigger(true, true, true, true, "Kro/UserUndo", function, __LINE__);
+    engine_.moveIndex(indexMove);
+    Sherlog::print(std::string(logWord) + " index " + std::to_string(engine_.index()) + " of " +
+                       std::to_string(engine_.count()),
+                   SherlogLevel::debug, "Kro/UserUndo", function, __LINE__);
+}
+
+}  // namespace kro

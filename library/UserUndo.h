@@ -1,0 +1,35 @@
+#pragma once
+// Undo of the library: whole library states. An undo or redo puts the neighbouring state back and runs the
+// pipeline with undo on, so the restored state is itself recorded: the list only grows.
+#include <string>
+
+#include "library/SnapshotUndo.h"
+#include "library/User.h"
+
+namespace kro {
+
+class UserUndo {
+public:
+    static UserUndo& shared();
+
+    // Records the library's state `after` seconds from now (the pipeline passes 0).
+    void save(const User& instance, double after, const char* file = __builtin_FILE(),
+              const char* function = __builtin_FUNCTION(), int line = __builtin_LINE());
+
+    bool canUndo() const { return engine_.canUndo(); }
+    bool canRedo() const { return engine_.canRedo(); }
+    void undo();
+    void redo();
+
+    const SnapshotUndo<Json>& engine() const { return engine_; }
+    SnapshotUndo<Json>& engine() { return engine_; }
+    void reset() { engine_.reset(); }
+
+private:
+    UserUndo() : engine_("Kro/UserUndo") {}
+    void apply(const Json& state, long indexMove, const char* function, const char* logWord);
+
+    SnapshotUndo<Json> engine_;
+};
+
+}  // namespace kro

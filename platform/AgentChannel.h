@@ -1,0 +1,22 @@
+#pragma once
+// How a second `kro` reaches the running agent: a Unix socket in the runtime folder, one request line
+// (JSON) and one reply line. The agent also holds a lock file there, so only one agent runs per session.
+#include <optional>
+#include <string>
+
+#include "platform/Paths.h"
+
+namespace kro {
+
+std::string agentSocketPath(const Paths& paths);
+std::string agentLockPath(const Paths& paths);
+
+// Sends one line and waits up to `timeoutSeconds` for the reply line. Nothing when no agent listens.
+std::optional<std::string> sendToAgent(const std::string& socketPath, const std::string& line, double timeoutSeconds);
+
+// Takes the agent lock for the life of the process. False when another process holds it.
+bool takeAgentLock(const std::string& lockPath);
+// True when another process holds the agent lock.
+bool agentLockIsHeld(const std::string& lockPath);
+
+}  // namespace kro

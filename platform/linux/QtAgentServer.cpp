@@ -1,0 +1,41 @@
+#include "platform/linux/QtAgentServer.h"
+
+#include <QLocalSocket>
+
+namespace kro {
+
+QtAgentServer::QtAgentServer(Handler handler) : handler_(std::move(handler)) {
+    server_.setSocketOptions(QLocalServer::UserAccessOption);
+    QObject::connect(&server_, &QLocalServer::newConnection, [this] { accept(); });
+}
+
+bool QtAgentServer::listen(const std::string& socketPath, std::string& error) {
+    const auto path = QString::fromStdString(socketPath);
+    // Only the holder of the agent lock gets here, so a socket file left behind is stale.
+    QLocalServer::removeServer(path);
+    if (!server_.listen(path)) {
+        error = server_.errorString().toStdString();
+        return false;
+    }
+    return true;
+}
+
+void QtAgentServer::accept() {
+    while (auto* socket = server_.nextPendingConnection()) {
+        QObject::connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        QObject::connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
+            if (!socket->canReadLine()) {
+                // A client that never ends its line is cut off rather than buffered for ever.
+                if (socket->bytesAvailable() > 1 << 20) socket->abort();
+                return;
+            }
+            const auto request = socket->readLine().trimmed().toStdString();
+            const auto reply = handler_(request) + "\n";
+            socket->write(reply.data(), static_cast<qint64>(reply.size()));
+            socket->flush();
+            socket->disconnectFromServer();
+        });
+    }
+}
+
+}  // namespace kro

@@ -1,0 +1,26 @@
+#pragma once
+#include <QMenu>
+#include <QSystemTrayIcon>
+#include <memory>
+
+#include "platform/Desktop.h"
+
+namespace kro {
+
+// The tray icon: a round swatch of the last colour inside a ring, or an empty ring when there is none.
+class QtStatusItem final : public StatusItem {
+public:
+    QtStatusItem();
+    void redraw(const std::optional<ColorValue>& color) override;
+    void setMenu(std::vector<StatusMenuItem> items) override;
+
+    // Where the icon sits on the screen, for placing the tooltip; empty when unknown.
+    QRect geometry() const { return tray_.geometry(); }
+    bool isTrayAvailable() const { return QSystemTrayIcon::isSystemTrayAvailable(); }
+
+private:
+    QSystemTrayIcon tray_;
+    std::unique_ptr<QMenu> menu_;
+};
+
+}  // namespace kro

@@ -1,0 +1,25 @@
+#pragma once
+#include <QLabel>
+#include <QTimer>
+#include <functional>
+
+#include "platform/Desktop.h"
+
+namespace kro {
+
+// A small message under the tray icon (or at the top right of the screen when the icon's place is unknown).
+class QtTooltipWindow final : public TooltipWindow {
+public:
+    explicit QtTooltipWindow(std::function<QRect()> anchor);
+    void show(const std::string& message, double seconds) override;
+    // The last message shown, for the log and the end-to-end tests.
+    const std::string& lastMessage() const { return lastMessage_; }
+
+private:
+    QLabel label_;
+    QTimer hideTimer_;
+    std::function<QRect()> anchor_;
+    std::string lastMessage_;
+};
+
+}  // namespace kro

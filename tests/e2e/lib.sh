@@ -1,0 +1,88 @@
+# Shared set-up for the end-to-end tests: a virtual X display with a tray host, private XDG folders,
+# and helpers to start and stop the real agent. Source it; it cleans up after itself on exit.
+set -euo pipefail
+
+KRO=${1:?usage: $0 PATH_TO_KRO}
+WORK=$(mktemp -d /tmp/kro-e2e-XXXXXX)
+export XDG_DATA_HOME=$WORK/data XDG_CONFIG_HOME=$WORK/config XDG_CACHE_HOME=$WORK/cache XDG_RUNTIME_DIR=$WORK/runtime
+export HOME=$WORK/home KRO_LOG=1
+mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$HOME"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
+unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
+export QT_QPA_PLATFORM=xcb
+
+PIDS=()
+AGENT_PID=""
+cleanup() {
+    local status=$?
+    [[ -n $AGENT_PID ]] && kill "$AGENT_PID" 2>/dev/null || true
+    for pid in "${PIDS[@]}"; do kill "$pid" 2>/dev/null || true; done
+    wait 2>/dev/null || true
+    if ((status != 0)); then
+        echo "--- agent log ---"
+        cat "$WORK"/agent-*.log 2>/dev/null | tail -60 || true
+    fi
+    rm -rf "$WORK"
+    exit $status
+}
+trap cleanup EXIT
+
+fail() { echo "FAIL: $*" >&2; exit 1; }
+
+# A free display number: the first without a lock file.
+display=90
+while [[ -e /tmp/.X${display}-lock || -e /tmp/.X11-unix/X${display} ]]; do display=$((display + 1)); done
+export DISPLAY=:$display
+Xvfb "$DISPLAY" -screen 0 1280x800x24 -nolisten tcp >"$WORK/xvfb.log" 2>&1 &
+PIDS+=($!)
+for _ in $(seq 100); do xdpyinfo >/dev/null 2>&1 && break; sleep 0.1; done
+xdpyinfo >/dev/null 2>&1 || fail "Xvfb did not start"
+
+# The tray host: an XEmbed system tray that owns _NET_SYSTEM_TRAY_S0.
+trayer --edge top --align right --widthtype pixel --width 200 --heighttype pixel --height 24 >"$WORK/trayer.log" 2>&1 &
+PIDS+=($!)
+for _ in $(seq 100); do
+    xprop -root _NET_SUPPORTING_WM_CHECK >/dev/null 2>&1
+    xdotool search --class trayer >/dev/null 2>&1 && break
+    sleep 0.1
+done
+
+agent_runs=0
+start_agent() {
+    agent_runs=$((agent_runs + 1))
+    "$KRO" >"$WORK/agent-$agent_runs.log" 2>&1 &
+    AGENT_PID=$!
+    for _ in $(seq 150); do
+        [[ -S $XDG_RUNTIME_DIR/kroapp.Kro.socket ]] && grep -q "Kro is running" "$WORK/agent-$agent_runs.log" && return 0
+        kill -0 "$AGENT_PID" 2>/dev/null || fail "the agent exited at start"
+        sleep 0.1
+    done
+    fail "the agent did not start"
+}
+
+stop_agent() {
+    kill -TERM "$AGENT_PID"
+    for _ in $(seq 100); do kill -0 "$AGENT_PID" 2>/dev/null || break; sleep 0.1; done
+    kill -0 "$AGENT_PID" 2>/dev/null && fail "the agent did not stop on SIGTERM"
+    wait "$AGENT_PID" || true
+    AGENT_PID=""
+}
+
+agent_log() { cat "$WORK/agent-$agent_runs.log"; }
+
+USER_JSON=$XDG_DATA_HOME/kroapp.Kro/v5/user.json
+
+# Waits until the library file satisfies a Python expression over `user` (the parsed JSON).
+wait_for_library() {
+    local expression=$1
+    for _ in $(seq 50); do
+        if [[ -f $USER_JSON ]] && python3 - "$USER_JSON" "$expression" <<'PY'
+import json, sys
+user = json.load(open(sys.argv[1]))
+sys.exit(0 if eval(sys.argv[2]) else 1)
+PY
+        then return 0; fi
+        sleep 0.1
+    done
+    return 1
+}
