@@ -19,12 +19,20 @@
 #include "platform/Environment.h"
 #include "platform/JsonFileDefaults.h"
 #include "platform/WorkerQueue.h"
+#include "platform/linux/CanberraSound.h"
 #include "platform/linux/PosixFiles.h"
 #include "platform/linux/QtAgentServer.h"
 #include "platform/linux/QtDesktopServices.h"
 #include "platform/linux/QtQueues.h"
 #include "platform/linux/QtStatusItem.h"
+#include "platform/linux/QtPopUpMenu.h"
 #include "platform/linux/QtTooltipWindow.h"
+#include "platform/linux/X11HotKeyCenter.h"
+#include "platform/linux/X11KeySimulator.h"
+#include "platform/linux/X11PointerControl.h"
+#include "platform/linux/X11ScreenCapture.h"
+#include "platform/linux/X11Workspace.h"
+#include "workspaces/QtLoupeWindow.h"
 
 namespace {
 
@@ -87,7 +95,27 @@ int runAgent(int argc, char** argv) {
     kro::QtAppearance appearance;
     kro::QtApplication app;
 
-    kro::AppDelegate delegate({&statusItem, &tooltip, &clipboard, &networkMonitor, &appearance, &app});
+    // The picker's desktop: X11 for keys, pointer, capture and windows; Qt for the loupe and menus.
+    kro::X11HotKeyCenter hotKeyCenter;
+    kro::X11PointerControl pointer;
+    kro::X11ScreenCapture screenCapture;
+    kro::QtLoupeWindow loupe;
+    kro::QtPopUpMenu popUpMenu;
+    kro::X11KeySimulator keySimulator;
+    kro::CanberraSound sound(paths.cacheHome + "/" + kro::kBundleIdentifier + "/sounds");
+    kro::X11Workspace workspace;
+
+    kro::Desktop desktop{&statusItem, &tooltip, &clipboard, &networkMonitor, &appearance, &app};
+    desktop.hotKeyCenter = &hotKeyCenter;
+    desktop.pointer = &pointer;
+    desktop.screenCapture = &screenCapture;
+    desktop.loupeWindow = &loupe;
+    desktop.popUpMenu = &popUpMenu;
+    desktop.keySimulator = &keySimulator;
+    desktop.sound = &sound;
+    desktop.workspace = &workspace;
+    kro::AppDelegate delegate(desktop);
+    loupe.setPicker(&delegate.picker());
 
     kro::QtAgentServer server([&delegate](const std::string& request) { return delegate.handleAgentRequest(request); });
     std::string error;

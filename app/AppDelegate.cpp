@@ -3,6 +3,12 @@
 #include <mutex>
 
 #include "app/URLCommand.h"
+#include "cloud/CloudSync.h"
+#include "cloud/ConfiguredCloudSession.h"
+#include "cloud/Snapshots.h"
+#include "formats/ColorFormats.h"
+#include "formats/SmartFormats.h"
+#include "formats/SmartProfiles.h"
 #include "formats/color/AutoImport.h"
 #include "formats/color/ColorConversions.h"
 #include "formats/color/ColorList.h"
@@ -12,6 +18,9 @@
 #include "library/Settings.h"
 #include "library/Sherlog.h"
 #include "library/User.h"
+#include "picker/CMD.h"
+#include "picker/HotKeys.h"
+#include "picker/Sound.h"
 #include "platform/Environment.h"
 #include "platform/Json.h"
 
@@ -60,6 +69,11 @@ AppDelegate::AppDelegate(Desktop desktop) : desktop_(desktop) {
     // The dock window reads these two at construction, so they exist (unloaded) before launch proper.
     DockData::shared();
     Preferences::shared();
+    picker_ = std::make_unique<Picker>(PickerServices{desktop_.loupeWindow, desktop_.pointer, desktop_.screenCapture,
+                                                      desktop_.workspace, desktop_.popUpMenu, desktop_.keySimulator});
+    Sound::setPlayer(desktop_.sound);
+    CMD::setKeySimulator(desktop_.keySimulator);
+    if (desktop_.statusItem) desktop_.statusItem->onActivated = [this] { openPicker(PickerSource::standard); };
 }
 
 AppDelegate::~AppDelegate() {
@@ -71,9 +85,12 @@ void AppDelegate::applicationDidFinishLaunching() {
     Preferences::shared().load();
     Settings::shared().load();
     DockData::shared().load();
+    HotKeys::shared().load();
 
     // The library is read now, so that the repair below sees it; its completion (the once-only legacy
     // import) runs on a later turn of the loop.
+    // Sync is installed first: a library that loads changed is pushed from inside the load.
+    installCloudSync();
     User::shared()->load([](bool success, const std::optional<std::string>& error) {
         env().mainQueue->post([success, error] {
             if (!success) {
@@ -82,11 +99,17 @@ void AppDelegate::applicationDidFinishLaunching() {
                         SherlogLevel::info);
             }
             User::shared()->importLegacy();
+            CloudSync::shared().fetchCloudKit("Kro/AppDelegate", "applicationDidFinishLaunching()", __LINE__);
         });
     });
 
+    ColorFormats::shared().load();
+    SmartFormats::shared().load();
+    SmartProfiles::shared().load();
+    Snapshots::shared().load();
     ColorList::shared();
 
+    registerShortcuts();
     addObservers();
 
     User::shared()->fixUUIDS();
@@ -120,8 +143,7 @@ void AppDelegate::addObservers() {
     auto& center = *env().notifications;
     observers_.push_back(center.addObserver(Notifications::statusUpdated, [this](const std::any&) { redrawStatusButton(); }));
     observers_.push_back(center.addObserver(Notifications::colorFormatUpdated, [this](const std::any&) {
-        // Re-rendering the last colour in the new format arrives with colour delivery.
-        if (clipboardColor) SHERLOG("The format changed while a colour is on the clipboard", SherlogLevel::debug);
+        formatUpdated();
     }));
     observers_.push_back(center.addObserver(Notifications::colorBlindnessUpdated, [this](const std::any&) { redrawStatusButton(); }));
     observers_.push_back(center.addObserver(Notifications::appThemeUpdated, [this](const std::any&) { applyTheme(); }));
@@ -134,6 +156,16 @@ void AppDelegate::addObservers() {
 void AppDelegate::buildStatusMenu() {
     if (!desktop_.statusItem) return;
     std::vector<StatusMenuItem> items;
+    items.push_back({"Pick Colour", [this] { openPicker(PickerSource::standard); }});
+    // The recent history until the menu window exists: a click copies the colour again.
+    const auto& history = User::shared()->history->colors;
+    if (!history.empty()) items.push_back({});
+    for (size_t i = 0; i < history.size() && i < 10; ++i) {
+        const auto color = history[i];
+        items.push_back({ColorFormats::shared().menuString(color->colorValue()),
+                         [this, color] { copyColor(color, true, ColorDeliveryTarget::clipboard); }, color->colorValue()});
+    }
+    items.push_back({});
     items.push_back({"Quit Kro", [this] {
                          if (desktop_.application) desktop_.application->quit();
                      }});
@@ -192,17 +224,22 @@ void AppDelegate::restartAutoImportTimer() {
 void AppDelegate::pollTick(int interval) {
     const auto now = std::chrono::duration_cast<std::chrono::seconds>(env().clock->now().time_since_epoch()).count();
     if (interval <= 60 || now % 3600 <= interval) {
-        cloudFetch();
+        // The snapshot is taken once the fetch has settled the library (at once when signed out).
+        CloudSync::shared().fetchCloudKit("Kro/AppDelegate", "pollTick(interval:)", __LINE__, [this] { snapshotCheck(); });
+        return;
     }
     snapshotCheck();
 }
 
 void AppDelegate::cloudFetch() {
-    // Sync is not built yet: signed out, no request is made.
-    SHERLOG("Cloud fetch: no account", SherlogLevel::debug);
+    CloudSync::shared().fetchCloudKit("Kro/AppDelegate", "cloudFetch()", __LINE__);
 }
 
-void AppDelegate::snapshotCheck() { SHERLOG("Snapshot check: snapshots are not built yet", SherlogLevel::debug); }
+void AppDelegate::snapshotCheck() {
+    Snapshots::shared().check([](bool added) {
+        if (added) SHERLOG("Snapshot added", SherlogLevel::debug);
+    });
+}
 
 void AppDelegate::networkPathDidChange(NetworkStatus status) {
     {
@@ -256,7 +293,7 @@ void AppDelegate::handleURL(const std::string& url) {
     if (command == "license" && count == 2) {
         SHERLOG("Licence command: this build has no licence window", SherlogLevel::debug);
     } else if (command == "picker" && count == 1) {
-        SHERLOG("Picker command: the picker is not built yet", SherlogLevel::info);
+        openPicker(PickerSource::standard);
     } else if (command == "contrast" && count == 3) {
         const auto pair = split(components[2], ',');
         if (pair.size() != 2) return;

@@ -8,6 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "library/Color.h"
+#include "library/Palette.h"
+#include "picker/HotKey.h"
+#include "picker/Picker.h"
+#include "picker/PickerTypes.h"
 #include "platform/ColorValue.h"
 #include "platform/Desktop.h"
 #include "platform/NotificationCenter.h"
@@ -27,7 +32,7 @@ struct PreferencesPane {
 };
 std::optional<PreferencesPane> preferencesPane(const std::string& name);
 
-class AppDelegate {
+class AppDelegate : public PickerDelegate {
 public:
     explicit AppDelegate(Desktop desktop);
     ~AppDelegate();
@@ -52,6 +57,24 @@ public:
     void applyDockState();
     void showStatusTooltip(const std::string& message, double seconds = 2.0);
 
+    // The one way into the picker: refused while the licence state is not valid.
+    void openPicker(PickerSource source);
+    // Picked-colour delivery (AppDelegate+Delivery.cpp).
+    void pickerDidPick(const ColorValue& color, PickerSource source) override;
+    void pickerDidSend(const ColorValue& color, PickerPlugin destination) override;
+    // Pops up the menu that puts the colours of a multiple or contrast session in a new or existing palette.
+    void pickerDidPick(const std::vector<ColorValue>& colors) override;
+    void pickerNeedsAccessibility() override;
+    // A choice of that menu: `palette` null means a new palette.
+    void menuItemDidPress(const PaletteRef& palette, const std::vector<ColorValue>& colors);
+    // The single way for a view to use a colour: the clipboard text, the status icon, the tooltip.
+    void copyColor(const ColorRef& color, bool clipboard, ColorDeliveryTarget target);
+    // The single writer of clipboard text; nothing at all when `clipboard` is false.
+    void sendOutputToClipboard(bool clipboard, const std::string& output);
+    // Every shortcut press (AppDelegate+HotKeys.cpp).
+    void hotKeyDidPress(HotKeyIdentifier identifier);
+    Picker& picker() { return *picker_; }
+
     AppState appState = AppState::valid;
     std::optional<ColorValue> clipboardColor;
     std::set<std::string> clipboards;
@@ -70,8 +93,11 @@ private:
     void createPalette(const std::vector<std::string>& components);
     void cloudFetch();
     void snapshotCheck();
+    void registerShortcuts();
+    void formatUpdated();
 
     Desktop desktop_;
+    std::unique_ptr<Picker> picker_;
     std::vector<NotificationCenter::Token> observers_;
 };
 

@@ -11,13 +11,13 @@ LogSink& currentSink() {
     return sink;
 }
 
-void log(LogLevel level, std::string message, const std::source_location& where) {
+void log(LogLevel level, std::string message, const char* file, const char* function, unsigned line) {
     LogSink sink;
     {
         std::lock_guard lock(sinkMutex);
         sink = currentSink();
     }
-    if (sink) sink(LogRecord{level, "TintCoder", std::move(message), where.file_name(), where.function_name(), where.line()});
+    if (sink) sink(LogRecord{level, "TintCoder", std::move(message), file, function, line});
 }
 }  // namespace
 
@@ -41,7 +41,11 @@ std::string formatLogMessage(std::string_view literal, std::initializer_list<std
     return out;
 }
 
-void logInfo(std::string message, std::source_location where) { log(LogLevel::info, std::move(message), where); }
-void logError(std::string message, std::source_location where) { log(LogLevel::error, std::move(message), where); }
+void logInfo(std::string message, const char* file, const char* function, unsigned line) {
+    log(LogLevel::info, std::move(message), file, function, line);
+}
+void logError(std::string message, const char* file, const char* function, unsigned line) {
+    log(LogLevel::error, std::move(message), file, function, line);
+}
 
 }  // namespace PAL

@@ -4,7 +4,6 @@
 // every line goes nowhere.
 #include <functional>
 #include <initializer_list>
-#include <source_location>
 #include <string>
 #include <string_view>
 
@@ -29,7 +28,11 @@ void setLogSink(LogSink sink);
 // Fills a literal message's "%d" and "%@" placeholders, in order, with the given texts.
 std::string formatLogMessage(std::string_view literal, std::initializer_list<std::string> arguments = {});
 
-void logInfo(std::string message, std::source_location where = std::source_location::current());
-void logError(std::string message, std::source_location where = std::source_location::current());
+// The caller's file, function and line are filled in where the call stands. (The builtins rather
+// than std::source_location, which this clang cannot build against libstdc++ 12.)
+void logInfo(std::string message, const char* file = __builtin_FILE(), const char* function = __builtin_FUNCTION(),
+             unsigned line = __builtin_LINE());
+void logError(std::string message, const char* file = __builtin_FILE(), const char* function = __builtin_FUNCTION(),
+              unsigned line = __builtin_LINE());
 
 }  // namespace PAL

@@ -72,32 +72,32 @@ Json ColorFormatItem::toJson() const {
 }
 
 std::shared_ptr<ColorFormatItem> ColorFormatItem::fromJson(const Json& json) {
-    using namespace json_decode;
-    const auto& object = json_decode::object(json, "a colour format");
+    namespace decode = json_decode;
+    const auto& object = decode::object(json, "a colour format");
     auto item = std::make_shared<ColorFormatItem>();
     // A format read without templates shows nothing rather than the new-format template.
     item->menuFormat.clear();
     item->clipboardFormat.clear();
     item->pickerFormat.clear();
-    if (auto value = text(object, "uuid")) item->uuid = *value;
-    if (auto value = text(object, "name")) item->name = *value;
-    if (auto value = text(object, "notes")) item->notes = *value;
-    if (auto value = text(object, "image")) item->image = *value;
-    if (const Json* options = member(object, "options")) {
-        for (const auto& [key, value] : json_decode::object(*options, "format options").items()) {
+    if (auto value = decode::text(object, "uuid")) item->uuid = *value;
+    if (auto value = decode::text(object, "name")) item->name = *value;
+    if (auto value = decode::text(object, "notes")) item->notes = *value;
+    if (auto value = decode::text(object, "image")) item->image = *value;
+    if (const Json* options = decode::member(object, "options")) {
+        for (const auto& [key, value] : decode::object(*options, "format options").items()) {
             if (!value.is_boolean()) throw JsonDecodeError("format option \"" + key + "\" is not a boolean");
             item->options.emplace_back(key, value.get<bool>());
         }
     }
-    if (auto value = text(object, "menuFormat")) item->menuFormat = *value;
-    if (auto value = text(object, "clipboardFormat")) item->clipboardFormat = *value;
-    if (auto value = text(object, "pickerFormat")) item->pickerFormat = *value;
-    if (auto value = integer(object, "build")) item->build = *value;
-    if (auto value = text(object, "version")) item->version = *value;
-    if (auto value = boolean(object, "custom")) item->custom = *value;
-    if (auto value = boolean(object, "selected")) item->selected = *value;
-    if (auto value = text(object, "createdAt")) item->createdAt = *value;
-    item->updatedAt = text(object, "updatedAt");
+    if (auto value = decode::text(object, "menuFormat")) item->menuFormat = *value;
+    if (auto value = decode::text(object, "clipboardFormat")) item->clipboardFormat = *value;
+    if (auto value = decode::text(object, "pickerFormat")) item->pickerFormat = *value;
+    if (auto value = decode::integer(object, "build")) item->build = *value;
+    if (auto value = decode::text(object, "version")) item->version = *value;
+    if (auto value = decode::boolean(object, "custom")) item->custom = *value;
+    if (auto value = decode::boolean(object, "selected")) item->selected = *value;
+    if (auto value = decode::text(object, "createdAt")) item->createdAt = *value;
+    item->updatedAt = decode::text(object, "updatedAt");
     return item;
 }
 

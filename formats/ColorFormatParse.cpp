@@ -158,11 +158,14 @@ bool evaluateNestedCalls(Operands& operands, bool (Operand::*mayWait)() const) {
     return true;
 }
 
+std::string orError(std::string text, const char*) { return text; }
+std::string orError(std::optional<std::string> text, const char* error) { return text ? std::move(*text) : error; }
+
 template <typename Action>
 std::string apply(Operands operands, bool (Operand::*mayWait)() const, bool (*fits)(const Operands&),
                   Action action, const char* error) {
     while (true) {
-        if (fits(operands)) return action(operands);
+        if (fits(operands)) return orError(action(operands), error);
         if (!evaluateNestedCalls(operands, mayWait)) return error;
     }
 }
@@ -189,9 +192,24 @@ std::string arithmetic(Operands operands, Operation operation, const char* error
         error);
 }
 
-std::string replacingAll(std::string text, const std::string& target, const std::string& replacement) {
-    if (!target.empty()) replaceAll(text, target, replacement);
+// Nested text functions can grow a result geometrically (each strreplace level multiplying it); past this
+// size a function gives its error literal instead of exhausting memory.
+constexpr size_t kMaximumText = 1 << 22;
+
+std::optional<std::string> replacingAll(std::string text, const std::string& target, const std::string& replacement) {
+    if (target.empty()) return text;
+    if (replacement.size() > target.size()) {
+        size_t count = 0;
+        for (size_t at = text.find(target); at != std::string::npos; at = text.find(target, at + target.size())) ++count;
+        if (text.size() + count * (replacement.size() - target.size()) > kMaximumText) return std::nullopt;
+    }
+    replaceAll(text, target, replacement);
     return text;
+}
+
+std::optional<std::string> joined(const std::string& x, const std::string& y) {
+    if (x.size() + y.size() > kMaximumText) return std::nullopt;
+    return x + y;
 }
 
 }  // namespace
@@ -231,7 +249,7 @@ std::string ColorFormatParse::evaluate(const Json& functionObject) {
 
     if (name == "concat") {
         if (auto xy = operands({"x", "y"})) {
-            return apply(*xy, &Operand::isText, allText, [](const Operands& o) { return o[0].text + o[1].text; },
+            return apply(*xy, &Operand::isText, allText, [](const Operands& o) { return joined(o[0].text, o[1].text); },
                          "[Error: Concat]");
         }
     } else if (name == "sum") {

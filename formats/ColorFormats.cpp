@@ -176,9 +176,18 @@ void ColorFormats::load(const StoreCompletion& completion) {
                      }
                  },
                  [this, completion](bool success, const std::optional<std::string>& lastError) {
-                     if (!success) resetToShipped();
+                     if (!success) useShipped(lastError.has_value());
                      if (completion) completion(success, lastError);
                  });
+}
+
+void ColorFormats::useShipped(bool storedFileIsDamaged) {
+    if (!storedFileIsDamaged) {
+        resetToShipped();
+        return;
+    }
+    // A damaged catalogue stays on disk, untouched, until the user's next change saves over it.
+    if (const auto catalogue = shipped()) copyFields(*catalogue);
 }
 
 bool ColorFormats::save() const { return store().save(toJson()); }

@@ -54,7 +54,8 @@ public:
     // Makes `item` the selected format.
     void select(const ColorFormatItem& item);
 
-    // Launch: the first stored file of the load list that decodes, else the shipped catalogue.
+    // Launch: the first stored file of the load list that decodes, else the shipped catalogue (saved, unless a
+    // stored file exists that does not decode: that one is left as it is).
     void load(const StoreCompletion& completion = {});
     // Writes "color-formats.json"; false when nothing could be written (logged; the state stays).
     bool save() const;
@@ -82,6 +83,7 @@ private:
     std::string textOf(const ColorValue& color, const std::string& name,
                        std::string ColorFormatItem::*which) const;
     void postUpdated() const;
+    void useShipped(bool storedFileIsDamaged);
 };
 
 }  // namespace kro

@@ -98,7 +98,8 @@ public:
                          if (copyFields(*stored) && migrating) save();
                      },
                      [this, completion](bool success, const std::optional<std::string>& lastError) {
-                         if (!success) resetToShipped();
+                         // A damaged file stays as it is until the next change saves over it.
+                         if (!success) useShipped(/*save=*/!lastError);
                          if (completion) completion(success, lastError);
                      });
     }
@@ -107,22 +108,7 @@ public:
 
     // Replaces the list with the shipped one, stamps, saves and announces. False, with nothing changed,
     // when the resource is missing or does not decode.
-    bool resetToShipped() {
-        const auto bytes = resource(Item::resourceName);
-        if (!bytes) return false;
-        const Json json = Json::parse(*bytes, nullptr, false);
-        if (json.is_discarded()) return false;
-        std::shared_ptr<SmartList> shipped;
-        try {
-            shipped = fromJson(json);
-        } catch (const JsonDecodeError& error) {
-            SHERLOG(std::string("shipped ") + Item::logName + " do not decode: " + error.what(), SherlogLevel::error);
-            return false;
-        }
-        copyFields(*shipped);
-        changed();
-        return true;
-    }
+    bool resetToShipped() { return useShipped(true); }
 
     bool copyFields(const SmartList& other) {
         bool same = createdAt == other.createdAt && updatedAt == other.updatedAt && items.size() == other.items.size();
@@ -151,6 +137,25 @@ private:
     static std::unique_ptr<SmartList>& sharedInstance() {
         static std::unique_ptr<SmartList> instance;
         return instance;
+    }
+
+    // The shipped list in place of this one; saved and announced when `save` is set. False, with nothing
+    // changed, when the resource is missing or does not decode.
+    bool useShipped(bool save) {
+        const auto bytes = resource(Item::resourceName);
+        if (!bytes) return false;
+        const Json json = Json::parse(*bytes, nullptr, false);
+        if (json.is_discarded()) return false;
+        std::shared_ptr<SmartList> shipped;
+        try {
+            shipped = fromJson(json);
+        } catch (const JsonDecodeError& error) {
+            SHERLOG(std::string("shipped ") + Item::logName + " do not decode: " + error.what(), SherlogLevel::error);
+            return false;
+        }
+        copyFields(*shipped);
+        if (save) changed();
+        return true;
     }
 
     void changed() {

@@ -2,15 +2,11 @@
 
 #include <cstdio>
 
+#include "formats/color/ColorName.h"
 #include "library/JsonDecode.h"
 #include "library/Sherlog.h"
 #include "library/User.h"
 #include "platform/Environment.h"
-
-#if __has_include("formats/color/ColorName.h")
-#include "formats/color/ColorName.h"
-#define KRO_HAS_COLOR_NAME 1
-#endif
 
 namespace kro {
 namespace {
@@ -20,15 +16,6 @@ std::string trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(space);
     if (first == std::string::npos) return "";
     return text.substr(first, text.find_last_not_of(space) - first + 1);
-}
-
-std::optional<std::string> nameFromList(double red, double green, double blue) {
-#ifdef KRO_HAS_COLOR_NAME
-    return ColorName::name(red, green, blue);
-#else
-    (void)red, (void)green, (void)blue;
-    return std::nullopt;
-#endif
 }
 
 }  // namespace
@@ -49,7 +36,7 @@ std::shared_ptr<Color> Color::make(double red, double green, double blue, double
     color->blue = static_cast<float>(blue);
     color->alpha = static_cast<float>(alpha);
     color->hex = hexText(color->red, color->green, color->blue);
-    if (!name) name = nameFromList(red, green, blue);
+    if (!name) name = ColorName::name(red, green, blue);
     if (name) {
         color->name = name;
         color->originalName = name;

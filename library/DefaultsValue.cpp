@@ -8,29 +8,32 @@
 
 namespace kro {
 
-std::optional<int> DefaultsCodec<int>::decode(const Json& json) {
-    if (json.is_number_integer()) {
-        const auto value = json.get<long long>();
-        if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max()) return std::nullopt;
-        return static_cast<int>(value);
+bool DefaultsCodec<int>::decode(const Json& json, int& out) {
+    double value = 0;
+    if (json.is_number_integer() && !json.is_number_unsigned()) {
+        value = static_cast<double>(json.get<long long>());
+    } else if (json.is_number()) {
+        value = json.get<double>();
+    } else {
+        return false;
     }
-    if (json.is_number_float()) {
-        const double value = json.get<double>();
-        if (std::floor(value) == value && std::fabs(value) <= std::numeric_limits<int>::max()) {
-            return static_cast<int>(value);
-        }
+    if (std::floor(value) != value || value < std::numeric_limits<int>::min() ||
+        value > std::numeric_limits<int>::max()) {
+        return false;
     }
-    return std::nullopt;
+    out = static_cast<int>(value);
+    return true;
 }
 
-std::optional<std::vector<std::string>> DefaultsCodec<std::vector<std::string>>::decode(const Json& json) {
-    if (!json.is_array()) return std::nullopt;
+bool DefaultsCodec<std::vector<std::string>>::decode(const Json& json, std::vector<std::string>& out) {
+    if (!json.is_array()) return false;
     std::vector<std::string> result;
     for (const auto& element : json) {
-        if (!element.is_string()) return std::nullopt;
+        if (!element.is_string()) return false;
         result.push_back(element.get<std::string>());
     }
-    return result;
+    out = std::move(result);
+    return true;
 }
 
 std::string defaultsLogText(const Json& value) { return value.is_string() ? value.get<std::string>() : compactText(value); }

@@ -13,59 +13,72 @@
 
 namespace kro {
 
-// JSON forms of stored values. `decode` gives nothing for a value of the wrong shape.
+// JSON forms of stored values. `decode` fills `out` and says whether the value had the right shape.
 template <class T>
 struct DefaultsCodec;
 
 template <>
 struct DefaultsCodec<bool> {
     static Json encode(bool value) { return value; }
-    static std::optional<bool> decode(const Json& json) {
-        return json.is_boolean() ? std::optional<bool>(json.get<bool>()) : std::nullopt;
+    static bool decode(const Json& json, bool& out) {
+        if (!json.is_boolean()) return false;
+        out = json.get<bool>();
+        return true;
     }
 };
 template <>
 struct DefaultsCodec<int> {
     static Json encode(int value) { return value; }
-    static std::optional<int> decode(const Json& json);
+    static bool decode(const Json& json, int& out);
 };
 template <>
 struct DefaultsCodec<double> {
     static Json encode(double value) { return value; }
-    static std::optional<double> decode(const Json& json) {
-        return json.is_number() ? std::optional<double>(json.get<double>()) : std::nullopt;
+    static bool decode(const Json& json, double& out) {
+        if (!json.is_number()) return false;
+        out = json.get<double>();
+        return true;
     }
 };
 template <>
 struct DefaultsCodec<std::string> {
     static Json encode(const std::string& value) { return value; }
-    static std::optional<std::string> decode(const Json& json) {
-        return json.is_string() ? std::optional<std::string>(json.get<std::string>()) : std::nullopt;
+    static bool decode(const Json& json, std::string& out) {
+        if (!json.is_string()) return false;
+        out = json.get<std::string>();
+        return true;
     }
 };
 template <>
 struct DefaultsCodec<std::vector<std::string>> {
     static Json encode(const std::vector<std::string>& value) { return value; }
-    static std::optional<std::vector<std::string>> decode(const Json& json);
+    static bool decode(const Json& json, std::vector<std::string>& out);
 };
 // An absent value is stored as JSON null.
 template <class T>
 struct DefaultsCodec<std::optional<T>> {
     static Json encode(const std::optional<T>& value) { return value ? DefaultsCodec<T>::encode(*value) : Json(nullptr); }
-    static std::optional<std::optional<T>> decode(const Json& json) {
-        if (json.is_null()) return std::optional<T>();
-        auto value = DefaultsCodec<T>::decode(json);
-        if (!value) return std::nullopt;
-        return std::optional<T>(std::move(*value));
+    static bool decode(const Json& json, std::optional<T>& out) {
+        if (json.is_null()) {
+            out.reset();
+            return true;
+        }
+        T value{};
+        if (!DefaultsCodec<T>::decode(json, value)) return false;
+        out = std::move(value);
+        return true;
     }
 };
 
-// A stored enumeration: its text. `Enum` provides text(value) and a parse function.
+// A stored enumeration: its text, through text(value) and a parse function.
 template <class Enum, std::optional<Enum> (*parse)(const std::string&)>
 struct DefaultsEnumCodec {
     static Json encode(Enum value) { return text(value); }
-    static std::optional<Enum> decode(const Json& json) {
-        return json.is_string() ? parse(json.get<std::string>()) : std::nullopt;
+    static bool decode(const Json& json, Enum& out) {
+        if (!json.is_string()) return false;
+        auto value = parse(json.get<std::string>());
+        if (value) out = *value;
+        return value.has_value();
     }
 };
 
@@ -99,13 +112,13 @@ template <class Codec, class T>
 void readDefaultsField(T& field, const char* key, const char* logName, SherlogLevel level, const char* function) {
     auto json = loadDefaultsValue(key, logName, level, function);
     if (!json) return;
-    auto value = Codec::decode(*json);
-    if (!value) {
+    T value = field;
+    if (!Codec::decode(*json, value)) {
         Sherlog::print("load " + std::string(logName) + ": value does not decode", level, "Kro/Preferences+Helper",
                        function, __LINE__);
         return;
     }
-    field = std::move(*value);
+    field = std::move(value);
     Sherlog::print("load " + std::string(logName) + ": " + defaultsLogText(Codec::encode(field)), level,
                    "Kro/Preferences+Helper", function, __LINE__);
 }

@@ -132,7 +132,11 @@ int compareNames(const std::string& a, const std::string& b) {
     static std::unique_ptr<icu::Collator> collator;
     std::call_once(once, [] {
         UErrorCode status = U_ZERO_ERROR;
-        collator.reset(icu::Collator::createInstance(icu::Locale::getDefault(), status));
+        // Under the C locale ICU picks the POSIX collation, which is byte order; the root order is what
+        // people expect there.
+        icu::Locale locale = icu::Locale::getDefault();
+        if (std::string(locale.getName()) == "en_US_POSIX") locale = icu::Locale::getRoot();
+        collator.reset(icu::Collator::createInstance(locale, status));
         if (U_FAILURE(status)) collator.reset();
         if (collator) collator->setStrength(icu::Collator::SECONDARY);
     });

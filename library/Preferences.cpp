@@ -71,16 +71,17 @@ struct PatternsCodec {
         for (auto pattern : patterns) json.push_back(text(pattern));
         return json;
     }
-    static std::optional<std::set<ImportColorPattern>> decode(const Json& json) {
-        if (!json.is_array()) return std::nullopt;
+    static bool decode(const Json& json, std::set<ImportColorPattern>& out) {
+        if (!json.is_array()) return false;
         std::set<ImportColorPattern> patterns;
         for (const auto& element : json) {
-            if (!element.is_string()) return std::nullopt;
+            if (!element.is_string()) return false;
             auto pattern = importColorPatternFromText(element.get<std::string>());
-            if (!pattern) return std::nullopt;
+            if (!pattern) return false;
             patterns.insert(*pattern);
         }
-        return patterns;
+        out = std::move(patterns);
+        return true;
     }
 };
 

@@ -45,10 +45,11 @@ std::optional<std::vector<double>> numbers(const Json& json, size_t count) {
 // Sizes as [width, height] and rectangles as [[x, y], [width, height]], as the platform's encoder writes them.
 struct SizeCodec {
     static Json encode(const SettingsSize& size) { return Json::array({size.width, size.height}); }
-    static std::optional<SettingsSize> decode(const Json& json) {
+    static bool decode(const Json& json, SettingsSize& out) {
         auto values = numbers(json, 2);
-        if (!values) return std::nullopt;
-        return SettingsSize{(*values)[0], (*values)[1]};
+        if (!values) return false;
+        out = SettingsSize{(*values)[0], (*values)[1]};
+        return true;
     }
 };
 
@@ -60,19 +61,20 @@ struct FrameCodec {
         json["position"] = frame.position;
         return json;
     }
-    static std::optional<SettingsFrame> decode(const Json& json) {
+    static bool decode(const Json& json, SettingsFrame& out) {
         if (!json.is_object() || !json.contains("frame") || !json["frame"].is_array() || json["frame"].size() != 2) {
-            return std::nullopt;
+            return false;
         }
         auto origin = numbers(json["frame"][0], 2);
         auto size = numbers(json["frame"][1], 2);
-        if (!origin || !size) return std::nullopt;
+        if (!origin || !size) return false;
         SettingsFrame frame{{(*origin)[0], (*origin)[1], (*size)[0], (*size)[1]}, ""};
         if (json.contains("position")) {
-            if (!json["position"].is_string()) return std::nullopt;
+            if (!json["position"].is_string()) return false;
             frame.position = json["position"].get<std::string>();
         }
-        return frame;
+        out = std::move(frame);
+        return true;
     }
 };
 

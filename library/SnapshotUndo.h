@@ -31,11 +31,15 @@ public:
     // Records `state`, whose stable text is `digestText`, `after` seconds from now. `function` is the
     // literal name of the caller's save, for the insertion's log line.
     void save(State state, const std::string& digestText, double after, const std::string& function) {
+        saveWithDigest(std::move(state), md5Hex(digestText), after, function);
+    }
+
+    // The same with the MD5 of the state's text already made.
+    void saveWithDigest(State state, std::string digest, double after, const std::string& function) {
         unsigned long generation;
         {
             std::lock_guard lock(mutex_);
             if (!indexInBounds()) return;
-            auto digest = md5Hex(digestText);
             if (lastMD5_ && *lastMD5_ == digest) return;
             lastMD5_ = std::move(digest);
             generation = generation_;

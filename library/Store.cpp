@@ -25,8 +25,7 @@ std::optional<Json> Store::readRow(const DirectoryLoadRow& row, std::optional<st
     }
 }
 
-bool Store::save(const Json& json) const {
-    const std::string bytes = compactText(json);
+bool Store::saveText(const std::string& bytes) const {
     auto folder = Directory::folder(Directory::currentVersion);
     if (!folder) {
         Sherlog::print("No data folder to save " + file_.fileName, SherlogLevel::error, "Kro/Store", "save()", __LINE__);

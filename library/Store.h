@@ -68,7 +68,9 @@ public:
 
     // Writes the record's JSON to the present version. False when encoding, the folder or the write failed;
     // "…Saved" is posted once the write was attempted.
-    bool save(const Json& json) const;
+    bool save(const Json& json) const { return saveText(compactText(json)); }
+    // The same with the record already encoded as compact JSON text.
+    bool saveText(const std::string& bytes) const;
 
 private:
     // The parsed file of one row; nothing when it cannot be read (skipped quietly) or parsed (error kept).

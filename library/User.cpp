@@ -131,8 +131,10 @@ void User::trigger(bool undo, bool save, bool notify, bool cloud, const char* fi
 
 void User::runPipelineAfterStamp(bool undo, bool save, bool notify, bool cloud, const char* file,
                                  const char* function, int line) {
-    if (undo) UserUndo::shared().save(*this, 0, file, function, line);
-    if (save) this->save();
+    // Encoded once for both the undo state and the file.
+    const std::string text = undo || save ? compactText(toJson()) : std::string();
+    if (undo) UserUndo::shared().saveEncoded(text, 0, file, function, line);
+    if (save) store().saveText(text);
     if (notify) env().notifications->post(Notifications::userUpdated);
     if (cloud) updateCloudKit(file, function, line);
 }

@@ -12,11 +12,15 @@ UserUndo& UserUndo::shared() {
 void UserUndo::save(const User& instance, double after, const char* file, const char* function, int line) {
     auto snapshot = dictionarySnapshot(instance.toJson());
     if (!snapshot) return;
+    saveEncoded(compactText(*snapshot), after, file, function, line);
+}
+
+void UserUndo::saveEncoded(std::string text, double after, const char* file, const char* function, int line) {
     Sherlog::print(std::string("save from ") + file + " " + function + ":" + std::to_string(line), SherlogLevel::debug,
                    "Kro/UserUndo", "save(instance:after:file:function:line:)", __LINE__);
     // The record writes its keys in a fixed order, so its compact text is a stable text of the state.
-    auto digestText = compactText(*snapshot);
-    engine_.save(std::move(*snapshot), digestText, after, "save(instance:after:file:function:line:)");
+    auto digest = md5Hex(text);
+    engine_.saveWithDigest(std::move(text), std::move(digest), after, "save(instance:after:file:function:line:)");
 }
 
 void UserUndo::undo() {
@@ -27,10 +31,10 @@ void UserUndo::redo() {
     if (auto state = engine_.redoState()) apply(*state, -1, "redo()", "redo");
 }
 
-void UserUndo::apply(const Json& state, long indexMove, const char* function, const char* logWord) {
+void UserUndo::apply(const std::string& state, long indexMove, const char* function, const char* logWord) {
     std::shared_ptr<User> restored;
     try {
-        restored = User::fromJson(state);
+        restored = User::fromJson(parseJson(state));
     } catch (const std::exception& error) {
         Sherlog::print(std::string("undo state does not decode: ") + error.what(), SherlogLevel::error, "Kro/UserUndo",
                        function, __LINE__);

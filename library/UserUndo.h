@@ -15,21 +15,26 @@ public:
     // Records the library's state `after` seconds from now (the pipeline passes 0).
     void save(const User& instance, double after, const char* file = __builtin_FILE(),
               const char* function = __builtin_FUNCTION(), int line = __builtin_LINE());
+    // The same with the library already encoded as compact JSON text (the pipeline encodes once for undo
+    // and save).
+    void saveEncoded(std::string text, double after, const char* file, const char* function, int line);
 
     bool canUndo() const { return engine_.canUndo(); }
     bool canRedo() const { return engine_.canRedo(); }
     void undo();
     void redo();
 
-    const SnapshotUndo<Json>& engine() const { return engine_; }
-    SnapshotUndo<Json>& engine() { return engine_; }
+    // States are kept as the library's compact JSON text: a dictionary in the smallest form, parsed back
+    // only when it is applied.
+    const SnapshotUndo<std::string>& engine() const { return engine_; }
+    SnapshotUndo<std::string>& engine() { return engine_; }
     void reset() { engine_.reset(); }
 
 private:
     UserUndo() : engine_("Kro/UserUndo") {}
-    void apply(const Json& state, long indexMove, const char* function, const char* logWord);
+    void apply(const std::string& state, long indexMove, const char* function, const char* logWord);
 
-    SnapshotUndo<Json> engine_;
+    SnapshotUndo<std::string> engine_;
 };
 
 }  // namespace kro

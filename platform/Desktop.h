@@ -7,11 +7,24 @@
 #include <vector>
 
 #include "platform/ColorValue.h"
+#include "platform/HotKeyCenter.h"
+#include "platform/KeySimulator.h"
+#include "platform/LoupeWindow.h"
+#include "platform/PointerControl.h"
+#include "platform/PopUpMenu.h"
+#include "platform/ScreenCapture.h"
+#include "platform/Sound.h"
+#include "platform/Workspace.h"
 
 namespace kro {
 
 // One entry of the tray icon's menu. An empty title is a separator.
 struct StatusMenuItem {
+    StatusMenuItem() = default;
+    StatusMenuItem(std::string title, std::function<void()> action, std::optional<ColorValue> swatch = std::nullopt,
+                   bool enabled = true)
+        : title(std::move(title)), action(std::move(action)), swatch(std::move(swatch)), enabled(enabled) {}
+
     std::string title;
     std::function<void()> action;
     std::optional<ColorValue> swatch;
@@ -77,6 +90,16 @@ struct Desktop {
     NetworkMonitor* networkMonitor = nullptr;
     Appearance* appearance = nullptr;
     Application* application = nullptr;
+    // The picker's desktop: global keys, the pointer, screen capture, the loupe's window, menus at the
+    // pointer, simulated keys, sounds, and the windows under the pointer.
+    HotKeyCenter* hotKeyCenter = nullptr;
+    PointerControl* pointer = nullptr;
+    ScreenCapture* screenCapture = nullptr;
+    LoupeWindow* loupeWindow = nullptr;
+    PopUpMenu* popUpMenu = nullptr;
+    KeySimulator* keySimulator = nullptr;
+    SoundPlayer* sound = nullptr;
+    Workspace* workspace = nullptr;
 };
 
 }  // namespace kro

@@ -21,6 +21,10 @@ RGBA genericRGBComponents(const ColorValue& color) {
     return {rgb.red(), rgb.green(), rgb.blue(), rgb.alpha()};
 }
 
+bool isASCII(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
 // The text's code points; a byte that is not UTF-8 stands as a code point that is nothing in particular.
 std::vector<UChar32> codePoints(std::string_view text) {
     std::vector<UChar32> points;
@@ -33,8 +37,23 @@ std::vector<UChar32> codePoints(std::string_view text) {
     return points;
 }
 
+// Calls `read` with the text as a range of characters: its bytes when it is ASCII (the usual case, and
+// no copy), else its code points.
+template <typename Read>
+auto withCharacters(std::string_view text, Read read) {
+    if (isASCII(text)) return read(text.data(), text.data() + text.size());
+    auto points = codePoints(text);
+    return read(points.data(), points.data() + points.size());
+}
+
+UChar32 codePoint(char c) { return static_cast<unsigned char>(c); }
+UChar32 codePoint(UChar32 c) { return c; }
+
 // White space and line breaks, as a text scanner skips them and trimming removes them.
-bool isSpace(UChar32 c) { return c >= 0 && u_isUWhiteSpace(c); }
+bool isSpace(UChar32 c) {
+    if (c < 0x80) return c == ' ' || (c >= '\t' && c <= '\r');
+    return u_isUWhiteSpace(c);
+}
 
 int hexDigit(UChar32 c) {
     if (c >= '0' && c <= '9') return c - '0';
@@ -43,19 +62,20 @@ int hexDigit(UChar32 c) {
     return -1;
 }
 
-std::optional<std::uint64_t> scanHex(const UChar32* begin, const UChar32* end) {
-    const UChar32* p = begin;
-    while (p != end && isSpace(*p)) ++p;
-    if (end - p >= 2 && p[0] == '0' && (p[1] == 'x' || p[1] == 'X')) {
-        if (end - p == 2 || hexDigit(p[2]) < 0) return 0;  // the "0" is the number
+template <typename Char>
+std::optional<std::uint64_t> scanHex(const Char* begin, const Char* end) {
+    const Char* p = begin;
+    while (p != end && isSpace(codePoint(*p))) ++p;
+    if (end - p >= 2 && codePoint(p[0]) == '0' && (codePoint(p[1]) == 'x' || codePoint(p[1]) == 'X')) {
+        if (end - p == 2 || hexDigit(codePoint(p[2])) < 0) return 0;  // the "0" is the number
         p += 2;
     }
-    if (p == end || hexDigit(*p) < 0) return std::nullopt;
+    if (p == end || hexDigit(codePoint(*p)) < 0) return std::nullopt;
     std::uint64_t value = 0;
     bool overflow = false;
-    for (; p != end && hexDigit(*p) >= 0; ++p) {
+    for (; p != end && hexDigit(codePoint(*p)) >= 0; ++p) {
         if (value > (std::numeric_limits<std::uint64_t>::max() >> 4)) overflow = true;
-        value = (value << 4) | static_cast<std::uint64_t>(hexDigit(*p));
+        value = (value << 4) | static_cast<std::uint64_t>(hexDigit(codePoint(*p)));
     }
     return overflow ? std::numeric_limits<std::uint64_t>::max() : value;
 }
@@ -132,31 +152,31 @@ std::string hexText(double red, double green, double blue) {
 }
 
 ColorValue colorFromHex(std::string_view text) {
-    auto points = codePoints(text);
-    const UChar32* begin = points.data();
-    const UChar32* end = begin + points.size();
-    while (begin != end && isSpace(*begin)) ++begin;
-    while (end != begin && isSpace(end[-1])) --end;
-    if (begin != end && *begin == '#') ++begin;
-    std::uint64_t value = scanHex(begin, end).value_or(0);
+    std::uint64_t value = withCharacters(text, [](auto begin, auto end) {
+        while (begin != end && isSpace(codePoint(*begin))) ++begin;
+        while (end != begin && isSpace(codePoint(end[-1]))) --end;
+        if (begin != end && codePoint(*begin) == '#') ++begin;
+        return scanHex(begin, end).value_or(0);
+    });
     auto byte = [&](int shift) { return static_cast<double>((value >> shift) & 0xFF) / 255.0; };
     return ColorValue::rgb(byte(16), byte(8), byte(0), 1.0);
 }
 
 std::optional<std::uint64_t> scanHexNumber(std::string_view text) {
-    auto points = codePoints(text);
-    return scanHex(points.data(), points.data() + points.size());
+    return withCharacters(text, [](auto begin, auto end) { return scanHex(begin, end); });
 }
 
 std::array<int, 3> scanHexPairs(std::string_view text) {
-    auto points = codePoints(text);
-    std::array<int, 3> values{};
-    for (size_t pair = 0; pair < 3; ++pair) {
-        size_t begin = std::min(pair * 2, points.size());
-        size_t end = std::min(begin + 2, points.size());
-        values[pair] = static_cast<int>(scanHex(points.data() + begin, points.data() + end).value_or(0));
-    }
-    return values;
+    return withCharacters(text, [](auto begin, auto end) {
+        std::array<int, 3> values{};
+        size_t length = static_cast<size_t>(end - begin);
+        for (size_t pair = 0; pair < 3; ++pair) {
+            size_t first = std::min(pair * 2, length);
+            size_t last = std::min(first + 2, length);
+            values[pair] = static_cast<int>(scanHex(begin + first, begin + last).value_or(0));
+        }
+        return values;
+    });
 }
 
 }  // namespace kro

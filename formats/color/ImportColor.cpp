@@ -16,11 +16,10 @@
 namespace kro::ImportColor {
 namespace {
 
-// The matching work one expression may spend on one text, in ICU's units of about ten thousand steps.
-// ICU counts it over all the searches of a matcher, so it bounds a whole recogniser: half a million
-// words of ordinary text fit in it many times over, while text made to backtrack without end stops
-// after about a tenth of a second.
-constexpr int32_t kMatchTimeLimit = 500;
+// The matching work one recogniser may spend on one text, in ICU's units of ten thousand steps, counted
+// over all the searches of its matcher. Ordinary text costs well under one unit per 10 KB; text made to
+// backtrack without end stops after a few tens of milliseconds.
+constexpr int32_t kMatchTimeLimit = 200;
 
 using Numbers = std::vector<std::string>;
 using Recognise = std::optional<ColorValue> (*)(const icu::UnicodeString& match);

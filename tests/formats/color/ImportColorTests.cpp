@@ -30,7 +30,9 @@ TEST(NamedColors, TableHoldsTheCSSColoursSortedAndWellFormed) {
     const auto colors = namedColors();
     ASSERT_EQ(colors.size(), 148u);
     for (size_t i = 0; i < colors.size(); ++i) {
-        if (i > 0) EXPECT_LT(colors[i - 1].name, colors[i].name);
+        if (i > 0) {
+            EXPECT_LT(colors[i - 1].name, colors[i].name);
+        }
         const auto hex = colors[i].hex;
         EXPECT_EQ(hex.size(), 7u) << colors[i].name;
         EXPECT_EQ(hex[0], '#');
@@ -124,12 +126,19 @@ TEST(ImportColor, RecognisersRunInTheirOrderAndJoinTheirResults) {
 
 TEST(ImportColor, TextMadeToBacktrackStopsWithWhatWasFound) {
     // After a good HSB text, a line with endless "saturation:" and "brightness:" but no "alpha:" makes the
-    // expression try every split of the line; the recogniser gives up on it and keeps the first colour.
+    // expression try every split of the line. The HSB recogniser gives up there, keeping the colour before
+    // and losing the one after; the other recognisers still run.
     std::string text = "hue: 0.5 saturation: 1 brightness: 1 alpha: 1\n#102030\nue: ";
     for (int i = 0; i < 5000; ++i) text += "saturation: brightness: ";
-    text += "\nhue: 0 saturation: 1 brightness: 1 alpha: 1\nred: 0 green: 0 blue: 0.5 alpha: 1";
+    text += "x\nhue: 0 saturation: 1 brightness: 1 alpha: 1\nred: 0 green: 0 blue: 0.5 alpha: 1";
     EXPECT_EQ(found(text, {ImportColorPattern::cssHEX, ImportColorPattern::appleHSB, ImportColorPattern::appleRGB}),
               (Found{"102030 1", "00FFFF 1", "808080 1"}));
+}
+
+TEST(ImportColor, LongOrdinaryTextIsScannedToTheEnd) {
+    std::string text;
+    for (int i = 0; i < 5000; ++i) text += "a red line with #0a0b0c and rgb(1, 2, 3) in it\n";  // 240 KB
+    EXPECT_EQ(ImportColor::colors(text, allImportColorPatterns()).size(), 15000u);
 }
 
 TEST(ImportColor, OddTextGivesNothingRatherThanFailing) {

@@ -81,15 +81,11 @@ TEST(WCAG, FixChoosesTheDirection) {
     const auto nearLight = grey(0.75);
     EXPECT_EQ(WCAG::fixed(nearLight, midGrey), WCAG::fixColor(nearLight, midGrey, 0, 0.0001, 3.0).color);
     // Halfway between the two thresholds both walks are as long: the downward one wins.
-    bool sawTie = false;
-    for (double value = 0.5270; value < 0.5280 && !sawTie; value += 0.0001) {
-        const auto up = WCAG::fixColor(grey(value), midGrey, 0, 0.0001, 3.0);
-        const auto down = WCAG::fixColor(grey(value), midGrey, 0, -0.0001, 3.0);
-        if (up.steps != down.steps) continue;
-        sawTie = true;
-        EXPECT_EQ(WCAG::fixed(grey(value), midGrey), down.color);
-    }
-    EXPECT_TRUE(sawTie);
+    const auto halfway = grey(0.52752);
+    const auto up = WCAG::fixColor(halfway, midGrey, 0, 0.0001, 3.0);
+    const auto down = WCAG::fixColor(halfway, midGrey, 0, -0.0001, 3.0);
+    ASSERT_EQ(up.steps, down.steps);
+    EXPECT_EQ(WCAG::fixed(halfway, midGrey), down.color);
 
     // Only one direction reaches.
     EXPECT_GT(WCAG::fixed(grey(0.1), black)->brightness(), 0.1);

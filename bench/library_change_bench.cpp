@@ -1,0 +1,78 @@
+// One library change as a user makes it: a colour added to the history through the whole pipeline (time
+// stamp, undo state, save to a real folder, notification), with the library holding N colours.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "library/User.h"
+#include "library/UserUndo.h"
+#include "platform/Environment.h"
+#include "platform/linux/PosixFiles.h"
+#include "platform/testing/ManualQueues.h"
+#include "platform/testing/MemoryDefaults.h"
+
+namespace {
+
+struct BenchEnvironment {
+    kro::testing::ManualClock clock;
+    kro::testing::ManualQueue queue{clock};
+    kro::PosixFiles files;
+    kro::testing::MemoryDefaults defaults;
+    kro::NotificationCenter notifications;
+    std::string root;
+
+    BenchEnvironment() {
+        char folder[] = "/tmp/kro-bench-XXXXXX";
+        root = mkdtemp(folder);
+        kro::Environment environment;
+        environment.clock = &clock;
+        environment.mainQueue = &queue;
+        environment.backgroundQueue = &queue;
+        environment.files = &files;
+        environment.defaults = &defaults;
+        environment.notifications = &notifications;
+        environment.paths = kro::Paths::underRoot(root);
+        kro::installEnvironment(environment);
+    }
+    ~BenchEnvironment() { std::filesystem::remove_all(root); }
+};
+
+kro::ColorRef colorNumber(long n) {
+    const double r = static_cast<double>(n % 256) / 255.0;
+    const double g = static_cast<double>((n / 256) % 256) / 255.0;
+    const double b = static_cast<double>((n / 65536) % 256) / 255.0;
+    return kro::Color::make(r, g, b, 1.0, "Colour " + std::to_string(n));
+}
+
+void addColorThroughPipeline(benchmark::State& state) {
+    BenchEnvironment environment;
+    kro::User::resetShared();
+    auto& user = *kro::User::shared();
+    const long size = state.range(0);
+    auto palette = std::make_shared<kro::Palette>();
+    for (long n = 0; n < size; ++n) palette->colors.push_back(colorNumber(n + 1));
+    user.palettes.push_back(palette);
+    auto& undo = kro::UserUndo::shared();
+    undo.reset();
+
+    long next = 0;
+    for (auto _ : state) {
+        // Black (0) is never among the library's colours, and each pick is taken out again below.
+        user.addColorToTarget(kro::Color::make(0, 0, 0, 1, "Pick"));
+        environment.queue.runDue();  // the undo insertion, as the background queue would run it
+        state.PauseTiming();
+        user.history->colors.clear();
+        environment.clock.advance(std::chrono::seconds(1));
+        if (++next % 16 == 0) undo.reset();  // states are whole libraries: keep memory bounded
+        state.ResumeTiming();
+    }
+    state.counters["colors"] = static_cast<double>(size);
+    undo.reset();
+    kro::User::resetShared();
+}
+
+}  // namespace
+
+BENCHMARK(addColorThroughPipeline)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);

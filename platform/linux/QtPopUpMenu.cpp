@@ -1,0 +1,36 @@
+#include "platform/linux/QtPopUpMenu.h"
+
+#include <QMenu>
+
+#include <memory>
+
+namespace kro {
+
+void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::function<void()> dismissed) {
+    auto* menu = new QMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    auto chosen = std::make_shared<bool>(false);
+    for (auto& item : items) {
+        if (item.title.empty()) {
+            menu->addSeparator();
+            continue;
+        }
+        auto* action = menu->addAction(QString::fromStdString(item.title));
+        action->setCheckable(item.checked);
+        action->setChecked(item.checked);
+        QObject::connect(action, &QAction::triggered, menu, [run = item.action, chosen] {
+            *chosen = true;
+            if (run) run();
+        });
+    }
+    QObject::connect(menu, &QMenu::aboutToHide, menu, [menu, chosen, dismissed] {
+        // A choice arrives after the menu hides; wait a turn before calling it dismissed.
+        QMetaObject::invokeMethod(menu, [chosen, dismissed] {
+            if (!*chosen && dismissed) dismissed();
+        }, Qt::QueuedConnection);
+    });
+    const auto size = menu->sizeHint();
+    menu->popup(QPoint(static_cast<int>(at.x) - size.width() / 2, static_cast<int>(at.y)));
+}
+
+}  // namespace kro

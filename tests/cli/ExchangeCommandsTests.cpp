@@ -1,0 +1,162 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "cli/ExchangeCommands.h"
+
+namespace {
+
+using namespace kro::cli;
+namespace fs = std::filesystem;
+
+class ExchangeCommandsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        registerExchangeCommands(table);
+        folder = fs::temp_directory_path() / ("kro-exchange-cli-" + std::to_string(::getpid()));
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+    }
+    void TearDown() override { fs::remove_all(folder); }
+
+    int run(std::vector<std::string> args) {
+        out.str({});
+        err.str({});
+        const std::string name = args.front();
+        args.erase(args.begin());
+        std::istringstream in;
+        CommandContext context{args, in, out, err};
+        return table.at(name).run(context);
+    }
+
+    std::string path(const std::string& name) const { return (folder / name).string(); }
+    std::string write(const std::string& name, const std::string& bytes) const {
+        std::ofstream(folder / name, std::ios::binary) << bytes;
+        return path(name);
+    }
+    std::string read(const std::string& name) const {
+        std::ifstream file(folder / name, std::ios::binary);
+        std::stringstream bytes;
+        bytes << file.rdbuf();
+        return bytes.str();
+    }
+
+    CommandTable table;
+    fs::path folder;
+    std::ostringstream out, err;
+};
+
+const std::string gimpPalette = "GIMP Palette\nName: Two\nColumns: 2\n#\n255   0   0\tRed\n  0   0 255\tBlue\n";
+
+TEST_F(ExchangeCommandsTest, ConvertsByExtensionAndBack) {
+    const auto input = write("two.gpl", gimpPalette);
+    ASSERT_EQ(run({"convert", input, path("two.jsoncolorpalette")}), exitDone) << err.str();
+    EXPECT_EQ(err.str(), "");
+    EXPECT_NE(read("two.jsoncolorpalette").find("\"name\": \"Two\""), std::string::npos);
+
+    ASSERT_EQ(run({"convert", path("two.jsoncolorpalette"), path("again.gpl")}), exitDone) << err.str();
+    EXPECT_EQ(read("again.gpl"), gimpPalette);
+}
+
+TEST_F(ExchangeCommandsTest, NamedFormatsOverrideTheExtensions) {
+    const auto input = write("two.txt", gimpPalette);
+    ASSERT_EQ(run({"convert", "--from", "gimp", input, path("out.data"), "--to", "json"}), exitDone) << err.str();
+    EXPECT_EQ(read("out.data").front(), '{');
+    // A wrong named reader refuses the file.
+    EXPECT_EQ(run({"convert", input, path("x.gpl"), "--from", "json"}), exitFailed);
+    EXPECT_EQ(err.str(), "kro: " + input + ": not a palette in the json format\n");
+}
+
+TEST_F(ExchangeCommandsTest, AFailedConvertLeavesNoOutputAndKeepsAnOldOne) {
+    const auto corrupt = write("corrupt.gpl", "GIMP Palette\n1 2\n");
+    EXPECT_EQ(run({"convert", corrupt, path("out.jsoncolorpalette")}), exitFailed);
+    EXPECT_FALSE(fs::exists(folder / "out.jsoncolorpalette"));
+    EXPECT_EQ(err.str().rfind("kro: ", 0), 0u);
+
+    write("kept.gpl", "old contents");
+    EXPECT_EQ(run({"convert", corrupt, path("kept.gpl")}), exitFailed);
+    EXPECT_EQ(read("kept.gpl"), "old contents");
+
+    // No stray temporary files either.
+    std::size_t entries = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(folder)) ++entries;
+    EXPECT_EQ(entries, 2u);
+}
+
+TEST_F(ExchangeCommandsTest, ConvertFailuresSayWhat) {
+    const auto input = write("two.gpl", gimpPalette);
+    EXPECT_EQ(run({"convert", path("missing.gpl"), path("x.jsoncolorpalette")}), exitFailed);
+    EXPECT_EQ(err.str(), "kro: " + path("missing.gpl") + ": cannot read the file\n");
+
+    EXPECT_EQ(run({"convert", write("notes.doc", "x"), path("x.gpl")}), exitFailed);
+    EXPECT_NE(err.str().find("no palette format reads files ending in \".doc\""), std::string::npos);
+
+    EXPECT_EQ(run({"convert", input, path("x.doc")}), exitFailed);
+    EXPECT_NE(err.str().find("no palette format writes files ending in \".doc\""), std::string::npos);
+
+    // Writing by a format that is not built says so; a format without a write side says it cannot.
+    EXPECT_EQ(run({"convert", input, path("x.csv")}), exitFailed);
+    EXPECT_NE(err.str().find("writing the csv format is not implemented yet"), std::string::npos);
+    EXPECT_EQ(run({"convert", input, path("x.out"), "--to", "afpalette"}), exitFailed);
+    EXPECT_NE(err.str().find("writing the afpalette format is not possible"), std::string::npos);
+    EXPECT_EQ(run({"convert", input, path("x.gpl"), "--from", "csv"}), exitFailed);
+    EXPECT_NE(err.str().find("reading the csv format is not implemented yet"), std::string::npos);
+
+    EXPECT_EQ(run({"convert", write("list.xml", "<resources/>"), path("x.gpl")}), exitFailed);
+    EXPECT_NE(err.str().find("reading \".xml\" palettes is not implemented yet"), std::string::npos);
+
+    EXPECT_EQ(run({"convert", input, path("no-such-folder/x.gpl")}), exitFailed);
+    EXPECT_NE(err.str().find("cannot write the file"), std::string::npos);
+}
+
+TEST_F(ExchangeCommandsTest, WrongCommandLinesAreUsageErrors) {
+    EXPECT_EQ(run({"convert", "only-one.gpl"}), exitUsage);
+    EXPECT_EQ(err.str(), "usage: kro convert IN OUT [--from FORMAT] [--to FORMAT]\n");
+    EXPECT_EQ(run({"convert", "a.gpl", "b.gpl", "c.gpl"}), exitUsage);
+    EXPECT_EQ(run({"convert", "a.gpl", "b.gpl", "--to"}), exitUsage);
+    EXPECT_EQ(run({"convert", "a.gpl", "b.gpl", "--verbose"}), exitUsage);
+    EXPECT_EQ(run({"convert", "a.gpl", "b.gpl", "--to", "GIMP"}), exitUsage);
+    EXPECT_NE(err.str().find("unknown palette format \"GIMP\""), std::string::npos);
+    EXPECT_EQ(run({"inspect"}), exitUsage);
+    EXPECT_EQ(run({"palette-formats", "extra"}), exitUsage);
+}
+
+TEST_F(ExchangeCommandsTest, InspectShowsNameGroupsAndColours) {
+    const auto input = write("brand.jsoncolorpalette",
+                             R"({"name":"Brand","colors":[{"name":"Red","colorSpace":"RGB","colorComponents":[1,0,0]}],)"
+                             R"("groups":[{"name":"Print","colors":[{"colorSpace":"Gray","colorComponents":[0],"alpha":0.5,"colorType":"spot"},)"
+                             R"({"colorSpace":"LAB","colorComponents":[50,0,0,9]}]}]})");
+    // The last colour has four LAB components: the JSON reader refuses it, so the file is reported.
+    EXPECT_EQ(run({"inspect", input}), exitFailed);
+
+    write("brand.jsoncolorpalette",
+          R"({"name":"Brand","colors":[{"name":"Red","colorSpace":"RGB","colorComponents":[1,0,0]}],)"
+          R"("groups":[{"name":"Print","colors":[{"colorSpace":"Gray","colorComponents":[0],"alpha":0.5,"colorType":"spot"}]}]})");
+    ASSERT_EQ(run({"inspect", input}), exitDone) << err.str();
+    EXPECT_EQ(out.str(),
+              "Name: Brand\n"
+              "Format: json (TintCodable JSON Palette)\n"
+              "Colors: 2 in 1 groups\n"
+              "FF0000  RGB 1 0 0  \"Red\"\n"
+              "Group \"Print\": 1 colors\n"
+              "  000000  Gray 0  alpha 0.5  spot\n");
+}
+
+TEST_F(ExchangeCommandsTest, PaletteFormatsListsEveryFormatAndWhatIsMissing) {
+    ASSERT_EQ(run({"palette-formats"}), exitDone);
+    const std::string text = out.str();
+    std::size_t lines = 0;
+    for (char c : text) lines += c == '\n';
+    EXPECT_EQ(lines, 1 + 1 + 42 + 1 + 1 + 1 + 11u);
+    EXPECT_NE(text.find("gimp                GIMP Palette                    gpl                     yes              yes\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("svg                 SVG                             svg                     no               "),
+              std::string::npos);
+    EXPECT_NE(text.find("csv                 CSV                             csv                     not implemented  not implemented\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("adobeGRD"), std::string::npos);
+}
+
+}  // namespace

@@ -1,0 +1,147 @@
+#include <gtest/gtest.h>
+
+#include "CloudTestSupport.h"
+#include "cloud/Snapshots.h"
+#include "library/Notifications.h"
+#include "library/Preferences.h"
+#include "platform/testing/TestEnvironment.h"
+
+namespace kro {
+namespace {
+
+class SnapshotsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        testing::resetLibraryAndSync();
+        Preferences::resetSharedForTesting();
+        Snapshots::resetShared();
+    }
+    void TearDown() override { setCloudUpdate(nullptr); }
+
+    // Runs the check at `time` (seconds since 1970) and says whether a snapshot was added.
+    bool checkAt(long time) {
+        env.clock.set(std::chrono::system_clock::from_time_t(time));
+        std::optional<bool> added;
+        Snapshots::shared().check([&](bool result) { added = result; });
+        EXPECT_TRUE(added.has_value());
+        return added.value_or(false);
+    }
+
+    testing::TestEnvironment env;
+    static constexpr long kMidnight = 1767225600;  // 2026-01-01 00:00:00 UTC
+};
+
+TEST_F(SnapshotsTest, RefreshPeriodDecidesWhenOneIsDue) {
+    Preferences::shared().setSnapshotsRefresh(SnapshotRefresh::never);
+    for (long t = kMidnight; t < kMidnight + 600; t += 30) EXPECT_FALSE(checkAt(t));
+    EXPECT_TRUE(Snapshots::shared().snapshots.empty());
+
+    Preferences::shared().setSnapshotsRefresh(SnapshotRefresh::day);
+    EXPECT_FALSE(checkAt(kMidnight - 1));
+    EXPECT_TRUE(checkAt(kMidnight + 60));
+    EXPECT_FALSE(checkAt(kMidnight + 61));
+    EXPECT_FALSE(checkAt(kMidnight + 3600));
+
+    Preferences::shared().setSnapshotsRefresh(SnapshotRefresh::hour);
+    EXPECT_TRUE(checkAt(kMidnight + 7200 + 5));
+    EXPECT_FALSE(checkAt(kMidnight + 7200 + 61));
+
+    // Two ticks at the start of one minute and 60 seconds on both qualify, each with its own uuid.
+    Preferences::shared().setSnapshotsRefresh(SnapshotRefresh::minute);
+    Snapshots::shared().snapshots.clear();
+    EXPECT_TRUE(checkAt(kMidnight + 600));
+    EXPECT_TRUE(checkAt(kMidnight + 660));
+    ASSERT_EQ(Snapshots::shared().snapshots.size(), 2u);
+    EXPECT_NE(Snapshots::shared().snapshots[0]->uuid, Snapshots::shared().snapshots[1]->uuid);
+}
+
+TEST_F(SnapshotsTest, MakingOneCopiesTheLibraryAndDescribesTheHost) {
+    env.files.createDirectories("/etc");
+    env.files.createDirectories("/sys/class/dmi/id");
+    env.files.writeAtomically("/etc/machine-info", "PRETTY_HOSTNAME=\"Studio Desk\"\nCHASSIS=laptop\n");
+    auto unnamed = Palette::make({Color::make(0.5, 0.5, 0.5, 1)});
+    unnamed->name.reset();
+    User::shared()->palettes.push_back(unnamed);
+    User::shared()->paletteUUID = unnamed->uuid;
+
+    const auto snapshot = Snapshot::make(*User::shared());
+    EXPECT_EQ(snapshot->machine, SnapshotMachine::laptop);
+    EXPECT_EQ(snapshot->device, "Studio Desk");
+    EXPECT_EQ(snapshot->paletteUUID, unnamed->uuid);
+    ASSERT_EQ(snapshot->palettes.size(), 2u);
+    EXPECT_EQ(snapshot->palettes[1]->uuid, unnamed->uuid);
+    EXPECT_EQ(snapshot->palettes[1]->name, "Palette");
+    EXPECT_FALSE(unnamed->name);  // the library's own palette is not renamed
+    User::shared()->palettes[0]->colors.clear();
+    EXPECT_EQ(snapshot->palettes[0]->colors.size(), 5u);  // a copy, not the library's records
+
+    // The firmware's chassis type when the machine info says nothing; the third kind when nothing is known.
+    env.files.remove("/etc/machine-info");
+    env.files.writeAtomically("/sys/class/dmi/id/chassis_type", "35\n");
+    EXPECT_EQ(Snapshot::make(*User::shared())->machine, SnapshotMachine::macMini);
+    env.files.remove("/sys/class/dmi/id/chassis_type");
+    EXPECT_EQ(Snapshot::make(*User::shared())->machine, SnapshotMachine::iMac);
+}
+
+TEST_F(SnapshotsTest, ListKeepsOneOfEachUuidAndSurvivesAReload) {
+    auto& list = Snapshots::shared();
+    const auto snapshot = Snapshot::make(*User::shared());
+    env.notifications.clearPostedNames();
+    EXPECT_TRUE(list.add(snapshot));
+    EXPECT_FALSE(list.add(Snapshot::fromJson(snapshot->toJson())));
+    EXPECT_EQ(env.notifications.postedNames(),
+              (std::vector<std::string>{Notifications::snapshotsUpdated, Notifications::snapshotsSaved}));
+    EXPECT_TRUE(list.add(Snapshot::make(*User::shared())));
+
+    Snapshots::resetShared();
+    Snapshots::shared().load();
+    ASSERT_EQ(Snapshots::shared().snapshots.size(), 2u);
+    EXPECT_EQ(Snapshots::shared().snapshots[0]->toJson(), snapshot->toJson());
+
+    EXPECT_TRUE(Snapshots::shared().remove(snapshot->uuid));
+    EXPECT_FALSE(Snapshots::shared().remove(snapshot->uuid));
+    EXPECT_EQ(Snapshots::shared().snapshots.size(), 1u);
+}
+
+TEST_F(SnapshotsTest, DamagedFileLoadsNothingAndStaysInPlace) {
+    const auto path = *Snapshots::store().path("v5");
+    env.files.createDirectories(parentPath(path));
+    env.files.writeAtomically(path, R"({"snapshots":[{"machine":"toaster"}]})");
+    bool succeeded = true;
+    Snapshots::shared().load([&](bool success, const std::optional<std::string>&) { succeeded = success; });
+    EXPECT_FALSE(succeeded);
+    EXPECT_TRUE(Snapshots::shared().snapshots.empty());
+    EXPECT_EQ(env.files.read(path), R"({"snapshots":[{"machine":"toaster"}]})");
+}
+
+TEST_F(SnapshotsTest, RestoreGoesThroughThePipelineAndCanBeUndone) {
+    auto& user = *User::shared();
+    user.trigger(true, true, true, false);
+    env.queue.runDue();
+    const auto snapshot = Snapshot::make(user);
+
+    env.clock.advance(std::chrono::seconds(5));
+    user.palettes.clear();
+    user.history->colors.push_back(Color::make(0, 0, 1, 1));
+    user.trigger(true, true, true, false);
+    env.queue.runDue();
+
+    env.notifications.clearPostedNames();
+    snapshot->restore(user);
+    env.queue.runDue();
+    EXPECT_EQ(user.palettes.size(), 1u);
+    EXPECT_TRUE(user.history->colors.empty());
+    EXPECT_EQ(env.notifications.postedNames(),
+              (std::vector<std::string>{Notifications::userSaved, Notifications::userUpdated}));
+    // Editing the library afterwards leaves the snapshot as it was.
+    user.palettes[0]->colors.clear();
+    EXPECT_EQ(snapshot->palettes[0]->colors.size(), 5u);
+
+    ASSERT_TRUE(UserUndo::shared().canUndo());
+    UserUndo::shared().undo();
+    EXPECT_TRUE(user.palettes.empty());
+    EXPECT_EQ(user.history->colors.size(), 1u);
+}
+
+}  // namespace
+}  // namespace kro

@@ -1,0 +1,132 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "ExchangeTestSupport.h"
+#include "exchange/PaletteCoder.h"
+
+using namespace PAL;
+using Case = CommonError::Case;
+
+namespace {
+
+Palette decodeGIMP(std::string_view text) { return coder(PaletteFormat::gimp)->decode(text); }
+
+std::string sampleText(const std::string& name) {
+    std::ifstream file(std::string(KRO_TEST_DATA) + "/exchange/" + name, std::ios::binary);
+    std::stringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+}  // namespace
+
+TEST(GIMPCoderTest, WritesGIMPsOwnLayout) {
+    Palette palette("Harbour Dusk", {Color::rgb255(23, 42, 58, 255, "Deep Water"), Color::rgb255(64, 112, 138, 255, "Tide"),
+                                     Color::rgb255(233, 196, 106, 128, "Lamp\nlight")},
+                    {Group("Accents", {Color::rgb255(231, 111, 81), Color::cmyk(0, 0, 0, 0, 1, "Paper")})});
+    EXPECT_EQ(coder(PaletteFormat::gimp)->encode(palette),
+              "GIMP Palette\n"
+              "Name: Harbour Dusk\n"
+              "Columns: 5\n"
+              "#\n"
+              " 23  42  58\tDeep Water\n"
+              " 64 112 138\tTide\n"
+              "233 196 106\tLamp light\n"
+              "# Accents\n"
+              "231 111  81\tUntitled\n"
+              "255 255 255\tPaper\n");
+}
+
+TEST(GIMPCoderTest, ShortFilesArePaddedForKrita) {
+    const std::string text = coder(PaletteFormat::gimp)->encode(Palette("Tiny"));
+    EXPECT_EQ(text, "GIMP Palette\nName: Tiny\nColumns: 0\n#\n# Palette written by Kro\n");
+    EXPECT_GE(text.size(), 50u);
+}
+
+TEST(GIMPCoderTest, ReadsWhatItWrites) {
+    Palette palette("Round trip", {Color::rgb255(1, 2, 3, 255, "One"), Color::rgb255(255, 128, 0, 255, "Ünïcode ✓")});
+    const Palette back = decodeGIMP(coder(PaletteFormat::gimp)->encode(palette));
+    EXPECT_EQ(back.name, "Round trip");
+    EXPECT_EQ(back.format, PaletteFormat::gimp);
+    EXPECT_EQ(back.colors, palette.colors);
+    EXPECT_TRUE(back.groups.empty());
+}
+
+TEST(GIMPCoderTest, ReadsTolerantly) {
+    // A byte-order mark, CR LF and lone CR endings, padding, blank and comment lines, indented comments,
+    // a header key GIMP does not know, "Untitled" as no name, and a value above 255.
+    const Palette palette = decodeGIMP(
+        "\xEF\xBB\xBFGIMP Palette\r\n"
+        "Name:   Mixed  \r\n"
+        "Columns: not a number\r\n"
+        "Generator: somewhere\r"
+        "#\r\n"
+        "\r\n"
+        "   \t \n"
+        "  # indented comment\n"
+        "  0   0 255\tBlue\n"
+        "12\t34  56     Several words  here  \r\n"
+        "300 0 0 Untitled\n"
+        "7 8 9\n");
+    EXPECT_EQ(palette.name, "Mixed");
+    ASSERT_EQ(palette.colors.size(), 4u);
+    EXPECT_EQ(palette.colors[0], Color::rgb255(0, 0, 255, 255, "Blue"));
+    EXPECT_EQ(palette.colors[1], Color::rgb255(12, 34, 56, 255, "Several words  here"));
+    EXPECT_EQ(palette.colors[2], Color::rgb255(255, 0, 0));
+    EXPECT_EQ(palette.colors[3], Color::rgb255(7, 8, 9));
+}
+
+TEST(GIMPCoderTest, ReadsAsepritesRGBAExtension) {
+    const Palette palette = decodeGIMP("GIMP Palette\nChannels: RGBA\n#\n  0   0   0   0\tUntitled\n255 255 255 128\tHalf\n");
+    ASSERT_EQ(palette.colors.size(), 2u);
+    EXPECT_EQ(palette.colors[0].alpha, 0.0);
+    EXPECT_EQ(palette.colors[1], Color::rgb255(255, 255, 255, 128, "Half"));
+}
+
+TEST(GIMPCoderTest, NamesThatAreNotUTF8AreReadAsLatin1) {
+    const Palette palette = decodeGIMP("GIMP Palette\nName: Caf\xE9\n1 2 3 Cr\xE8me\n");
+    EXPECT_EQ(palette.name, "Café");
+    EXPECT_EQ(palette.colors.at(0).name, "Crème");
+}
+
+TEST(GIMPCoderTest, RefusesWhatIsNotAGIMPPalette) {
+    for (const char* text : {"", "GIMP", "Color Set:OpenOffice\n0 0 0 0 Black\n", "JASC-PAL\n0100\n1\n0 0 0\n",
+                             " GIMP Palette\n"})
+        expectCommonError(Case::invalidFormat, [text] { decodeGIMP(text); });
+    // Lines that are not colours are refused rather than read as black.
+    for (const char* body : {"12 34\n", "1 2 x3\n", "-1 2 3\n", "0x1F 0 0\n", "1e3 0 0\n", "1 2 3\nFoo: bar\n",
+                             "1,2,3 comma\n"})
+        expectCommonError(Case::invalidFormat, [body] { decodeGIMP(std::string("GIMP Palette\nName: X\n") + body); });
+    expectCommonError(Case::invalidFormat, [] { decodeGIMP("GIMP Palette\nChannels: CMYK\n"); });
+}
+
+TEST(GIMPCoderTest, ReadsGIMPsAndInkscapesOwnPalettes) {
+    const Palette tango = decodeGIMP(sampleText("gimp-Tango.gpl"));
+    EXPECT_EQ(tango.name, "Tango Icon Theme");
+    ASSERT_EQ(tango.colors.size(), 27u);
+    EXPECT_EQ(tango.colors[0], Color::rgb255(252, 233, 79, 255, "Butter 1"));
+    EXPECT_EQ(tango.colors[26], Color::rgb255(46, 52, 54, 255, "Aluminium 6"));
+
+    const Palette warm = decodeGIMP(sampleText("gimp-Warm_Colors.gpl"));
+    EXPECT_EQ(warm.name, "Warm Colors");
+    ASSERT_EQ(warm.colors.size(), 7u);
+    EXPECT_EQ(warm.colors[6], Color::rgb255(117, 0, 0));
+
+    const Palette inkscape = decodeGIMP(sampleText("inkscape-default.gpl"));
+    EXPECT_EQ(inkscape.name, "Inkscape default");
+    ASSERT_EQ(inkscape.colors.size(), 431u);
+    EXPECT_EQ(inkscape.colors[1], Color::rgb255(26, 26, 26, 255, "90% Gray"));
+    EXPECT_TRUE(inkscape.colors.back().name.empty());
+
+    const Palette android = decodeGIMP(sampleText("inkscape-Android-icon-palette.gpl"));
+    EXPECT_EQ(android.colors.size(), 15u);
+
+    // What we write from them reads back the same.
+    for (const Palette* palette : {&tango, &inkscape}) {
+        const Palette again = decodeGIMP(coder(PaletteFormat::gimp)->encode(*palette));
+        EXPECT_EQ(again.name, palette->name);
+        EXPECT_EQ(again.colors, palette->colors);
+    }
+}

@@ -1,0 +1,318 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "ExchangeTestSupport.h"
+#include "exchange/PalColor.h"
+
+using namespace PAL;
+using Case = CommonError::Case;
+
+namespace {
+
+void expectRGB(const RGB& rgb, double r, double g, double b, double a, double tolerance = 1e-9) {
+    EXPECT_NEAR(rgb.rf, r, tolerance);
+    EXPECT_NEAR(rgb.gf, g, tolerance);
+    EXPECT_NEAR(rgb.bf, b, tolerance);
+    EXPECT_NEAR(rgb.af, a, tolerance);
+}
+
+}  // namespace
+
+TEST(PalColorTest, FactoriesClampWhatTheyAreGivenExceptLab) {
+    const Color rgb = Color::rgb(1.5, -0.2, 0.5, 2.0);
+    EXPECT_EQ(rgb.colorSpace, ColorSpace::RGB);
+    EXPECT_EQ(rgb.colorComponents, (std::vector<double>{1.0, 0.0, 0.5}));
+    EXPECT_EQ(rgb.alpha, 1.0);
+    EXPECT_EQ(rgb.colorType, ColorType::global);
+    EXPECT_TRUE(rgb.name.empty());
+
+    EXPECT_EQ(Color::rgb255(255, 51, 510, 0).colorComponents, (std::vector<double>{1.0, 0.2, 1.0}));
+    EXPECT_EQ(Color::rgb255(255, 51, 510, 0).alpha, 0.0);
+    EXPECT_EQ(Color::gray255(51).colorComponents, (std::vector<double>{0.2}));
+    EXPECT_EQ(Color::cmyk(-1, 0.25, 3, 0.5, -4).colorComponents, (std::vector<double>{0, 0.25, 1, 0.5}));
+    EXPECT_EQ(Color::cmyk(-1, 0.25, 3, 0.5, -4).alpha, 0.0);
+
+    const Color lab = Color::lab(150, -200, 300, 0.5, "Deep", ColorType::spot);
+    EXPECT_EQ(lab.colorComponents, (std::vector<double>{150, -200, 300}));
+    EXPECT_EQ(lab.name, "Deep");
+    EXPECT_EQ(lab.colorType, ColorType::spot);
+
+    // HSB and HSL by degrees land in RGB.
+    expectRGB(Color::hsbDegrees(120, 100, 50).rgb(), 0, 0.5, 0, 1);
+    expectRGB(Color::hsbDegrees(400, 150, 100).rgb(), 1, 0, 0, 1);  // held at 360, 100, 100
+    expectRGB(Color::hslDegrees(240, 100, 25).rgb(), 0, 0, 0.5, 1);
+    EXPECT_EQ(Color::hsb(0.5, 1, 1).colorSpace, ColorSpace::RGB);
+}
+
+TEST(PalColorTest, EachColorGetsItsOwnIdWhichEqualityIgnores) {
+    const Color a = Color::rgb(0.1, 0.2, 0.3), b = Color::rgb(0.1, 0.2, 0.3);
+    EXPECT_NE(a.id, b.id);
+    EXPECT_EQ(a, b);
+}
+
+TEST(PalColorTest, EqualityHasATolerance) {
+    const Color a = Color::rgb(0.5, 0.5, 0.5, 1, "A");
+    EXPECT_TRUE(a.isEqual(Color::rgb(0.5004, 0.5, 0.5, 1, "A"), 3));
+    EXPECT_FALSE(a.isEqual(Color::rgb(0.502, 0.5, 0.5, 1, "A"), 3));
+    EXPECT_TRUE(a == Color::rgb(0.5 + 5e-7, 0.5, 0.5, 1, "A"));
+    EXPECT_FALSE(a == Color::rgb(0.5 + 5e-6, 0.5, 0.5, 1, "A"));
+    EXPECT_FALSE(a == Color::rgb(0.5, 0.5, 0.5, 0.9, "A"));
+    EXPECT_FALSE(a == Color::rgb(0.5, 0.5, 0.5, 1, "B"));
+    EXPECT_FALSE(a == Color::rgb(0.5, 0.5, 0.5, 1, "A", ColorType::spot));
+    EXPECT_FALSE(Color::gray(0.5) == Color(ColorSpace::Gray, {0.5, 0.5}));
+    EXPECT_FALSE(Color::gray(0) == Color::rgb(0, 0, 0));
+}
+
+TEST(PalColorTest, SRGBToXYZAndLabUseTheirOwnConstants) {
+    const XYZ xyz = rgbToXYZ({0.2, 0.4, 0.6, 1});
+    EXPECT_NEAR(xyz.xf, 11.866381097305737, 1e-9);
+    EXPECT_NEAR(xyz.yf, 12.50645743288924, 1e-9);
+    EXPECT_NEAR(xyz.zf, 31.925553853193296, 1e-9);
+    const LAB lab = Color::rgb(0.2, 0.4, 0.6).lab();
+    EXPECT_NEAR(lab.lf, 42.00998577686647, 1e-9);
+    EXPECT_NEAR(lab.af, -0.1447448120508732, 1e-9);
+    EXPECT_NEAR(lab.bf, -32.85151286536059, 1e-9);
+
+    // Pure white is L 100 within rounding, a and b near 0.
+    const LAB white = Color::rgb(1, 1, 1).lab();
+    EXPECT_NEAR(white.lf, 100, 1e-6);
+    EXPECT_NEAR(white.af, 0, 0.02);
+    EXPECT_NEAR(white.bf, 0, 0.02);
+
+    // And back: the forward matrix and its inverse are close, not exact.
+    expectRGB(xyzToRGB(labToXYZ(lab)), 0.2, 0.4, 0.6, 1, 2e-3);
+}
+
+TEST(PalColorTest, TheTwoLabThresholdsAreDifferent) {
+    // 0.0088562 lies between the backward threshold (0.008856) and the forward one (0.008856451679035631).
+    const double t = 0.0088562;
+    // Forward: below its threshold, so the linear branch.
+    EXPECT_NEAR(xyzToLAB({95.047, t * 100, 108.883, 1}).lf, 116 * (7.787 * t + 0.13793103448275862) - 16, 1e-12);
+    // Backward: the cube is above its threshold, so the cube is taken.
+    const double f = std::cbrt(t);
+    EXPECT_NEAR(labToXYZ({116 * f - 16, 0, 0, 1}).yf, 100 * f * f * f, 1e-12);
+}
+
+TEST(PalColorTest, TheTwoInverseGammaExponentsAreDifferent) {
+    // XYZ path: 1/2.4 written out in full. Only Y set, so green is 1.8758 Y / 100 in linear light.
+    const double y = 50 / 1.8758, linearGreen = 1.8758 * (y / 100);
+    const double green = xyzToRGB({0, y, 0, 1}).gf;
+    EXPECT_NEAR(green, 1.055 * std::pow(linearGreen, 0.4166666666666667) - 0.055, 1e-12);
+    EXPECT_GT(std::fabs(green - (1.055 * std::pow(linearGreen, 0.41666) - 0.055)), 1e-6);
+
+    // OkLab path: the short 0.41666. L = cbrt(0.5) with a = b = 0 is a linear grey of 0.5 on each cone.
+    const RGB grey = OkLab::toSRGB({std::cbrt(0.5), 0, 0});
+    const double linear = 0.5 * (4.0767416621 - 3.3077115913 + 0.2309699292);
+    EXPECT_NEAR(grey.rf, 1.055 * std::pow(linear, 0.41666) - 0.055, 1e-12);
+    EXPECT_GT(std::fabs(grey.rf - (1.055 * std::pow(linear, 0.4166666666666667) - 0.055)), 1e-6);
+}
+
+TEST(PalColorTest, OkLabLinearisesAtTheThresholdByThePowerBranch) {
+    const OkLab::Lab red = OkLab::fromSRGB({1, 0, 0, 1});
+    EXPECT_NEAR(red.L, 0.6279553606145516, 1e-9);
+    EXPECT_NEAR(red.a, 0.22486306106597398, 1e-9);
+    EXPECT_NEAR(red.b, 0.1258462985307351, 1e-9);
+    // At exactly 0.04045 the two linearisations part: OkLab takes the power, XYZ the division.
+    const double atThreshold = 0.04045;
+    const double powerBranch = std::pow((atThreshold + 0.055) / 1.055, 2.4);
+    const double l = std::cbrt(0.4122214708 * powerBranch + 0.5363325363 * powerBranch + 0.0514459929 * powerBranch);
+    EXPECT_NEAR(OkLab::fromSRGB({atThreshold, atThreshold, atThreshold, 1}).L,
+                (0.2104542553 + 0.793617785 - 0.0040720468) * l, 1e-9);
+    EXPECT_NEAR(rgbToXYZ({atThreshold, atThreshold, atThreshold, 1}).yf, atThreshold / 12.92 * 100, 1e-12);
+}
+
+TEST(PalColorTest, HSLAndHSBRoundTrip) {
+    const HSL hsl = rgbToHSL({0.2, 0.4, 0.6, 0.7});
+    EXPECT_NEAR(hsl.hf, 210.0 / 360, 1e-12);
+    EXPECT_NEAR(hsl.sf, 0.5, 1e-12);
+    EXPECT_NEAR(hsl.lf, 0.4, 1e-12);
+    EXPECT_EQ(hsl.af, 0.7);
+    expectRGB(hslToRGB(hsl), 0.2, 0.4, 0.6, 0.7, 1e-12);
+    // Grey has no hue or saturation.
+    const HSL grey = rgbToHSL({0.3, 0.3, 0.3, 1});
+    EXPECT_EQ(grey.hf, 0);
+    EXPECT_EQ(grey.sf, 0);
+
+    const HSB hsb = Color::rgb(0.2, 0.4, 0.6).hsb();
+    EXPECT_NEAR(hsb.hf, 210.0 / 360, 1e-12);
+    EXPECT_NEAR(hsb.sf, 2.0 / 3, 1e-12);
+    EXPECT_NEAR(hsb.bf, 0.6, 1e-12);
+    for (double hue : {0.0, 0.1, 0.3, 0.5, 0.7, 0.95})
+        EXPECT_NEAR(rgbToHSB(hsbToRGB({hue, 0.8, 0.9, 1})).hf, hue, 1e-12) << hue;
+}
+
+TEST(PalColorTest, YCbCrUsesItsOwnMatrix) {
+    const YCbCr white = rgbToYCbCr({1, 1, 1, 1});
+    EXPECT_NEAR(white.y, 255, 1e-9);
+    EXPECT_NEAR(white.cb, 128, 1e-3);
+    EXPECT_NEAR(white.cr, 128, 1e-3);
+    const YCbCr red = Color::rgb(1, 0, 0).ycbcr();
+    EXPECT_NEAR(red.y, 0.299 * 255, 1e-9);
+    EXPECT_NEAR(red.cb, -0.1687 * 255 + 128, 1e-9);
+    EXPECT_EQ(red.cr, 255);  // 255.5, held at 255
+    expectRGB(ycbcrToRGB(red), 1, 0, 0, 1, 5e-3);
+}
+
+TEST(PalColorTest, AccessorsConvertThroughTheSharedConverter) {
+    // Gray is linear light: a linear 0.5 is sRGB 0.735.
+    expectRGB(Color::gray(0.5, 0.25).rgb(), 0.7354, 0.7354, 0.7354, 0.25, 2e-3);
+    EXPECT_NEAR(Color::rgb(0.7354, 0.7354, 0.7354).gray(), 0.5, 2e-3);
+
+    // CMYK through the shipped profile: white has no ink, and a colour comes back near itself.
+    const CMYK paper = Color::rgb(1, 1, 1).cmyk();
+    EXPECT_NEAR(paper.cf + paper.mf + paper.yf + paper.kf, 0, 0.02);
+    const Color orange = Color::rgb(0.9, 0.5, 0.2, 1, "Orange", ColorType::spot);
+    const Color inCMYK = orange.converted(ColorSpace::CMYK);
+    EXPECT_EQ(inCMYK.colorSpace, ColorSpace::CMYK);
+    EXPECT_EQ(inCMYK.colorComponents.size(), 4u);
+    EXPECT_EQ(inCMYK.name, "Orange");
+    EXPECT_EQ(inCMYK.colorType, ColorType::spot);
+    expectRGB(inCMYK.rgb(), 0.9, 0.5, 0.2, 1, 0.05);
+
+    // Lab D50 through the converter: white stays white.
+    const Color labWhite = Color::rgb(1, 1, 1).converted(ColorSpace::LAB);
+    EXPECT_NEAR(labWhite.colorComponents[0], 100, 0.5);
+    EXPECT_NEAR(labWhite.colorComponents[1], 0, 0.5);
+
+    // lab() on a LAB colour clamps its own components.
+    const LAB clamped = Color::lab(150, -200, 300, 0.5).lab();
+    EXPECT_EQ(clamped.lf, 100);
+    EXPECT_EQ(clamped.af, -128);
+    EXPECT_EQ(clamped.bf, 128);
+    EXPECT_EQ(clamped.alphaf, 0.5);
+
+    // The same space is returned as it stands.
+    EXPECT_EQ(orange.converted(ColorSpace::RGB).id, orange.id);
+}
+
+TEST(PalColorTest, AWrongComponentCountFailsInsteadOfGuessing) {
+    const Color twoGrays(ColorSpace::Gray, {0.5, 0.5});
+    expectCommonError(Case::cannotConvertColorSpace, [&] { twoGrays.converted(ColorSpace::RGB); });
+    expectCommonError(Case::cannotConvertColorSpace, [&] { twoGrays.rgb(); });
+    expectCommonError(Case::invalidColorComponentCountForModelType, [] { Color(ColorSpace::RGB, {1, 0}).rgb(); });
+}
+
+TEST(PalColorTest, HueFamiliesAreRGBWithoutAlphaOrName) {
+    const Color red = Color::rgb(1, 0, 0, 0.5, "Red");
+    expectRGB(red.complementary().rgb(), 0, 1, 1, 0.5);  // alpha kept
+    const auto triadic = red.triadic();
+    ASSERT_EQ(triadic.size(), 3u);
+    expectRGB(triadic[1].rgb(), 0, 1, 0, 1);
+    expectRGB(triadic[2].rgb(), 0, 0, 1, 1);
+    EXPECT_TRUE(triadic[2].name.empty());
+    const auto analogous = red.analogous();
+    ASSERT_EQ(analogous.size(), 3u);
+    EXPECT_NEAR(analogous[0].hsl().hf * 360, 330, 1e-9);  // -30 wraps round
+    EXPECT_NEAR(analogous[2].hsl().hf * 360, 30, 1e-9);
+    const auto split = red.splitComplementary();
+    EXPECT_NEAR(split[0].hsl().hf * 360, 150, 1e-9);
+    EXPECT_NEAR(split[2].hsl().hf * 360, 210, 1e-9);
+    const auto tetradic = red.tetradic();
+    ASSERT_EQ(tetradic.size(), 4u);
+    EXPECT_NEAR(tetradic[0].hsl().hf * 360, 330, 1e-9);
+    EXPECT_NEAR(tetradic[3].hsl().hf * 360, 210, 1e-9);
+    EXPECT_EQ(red.colorComponents, (std::vector<double>{1, 0, 0}));  // the source is untouched
+}
+
+TEST(PalColorTest, MonochromaticStopsAndTheirSpan) {
+    const Color blue = Color::hsb(0.6, 1.0, 0.2);
+    const auto shades = blue.monochromatic(MonochromeStyle::brightness, 0.2, 5);
+    ASSERT_EQ(shades.size(), 5u);
+    EXPECT_NEAR(shades[4].hsb().bf, 1.0, 1e-9);
+    EXPECT_NEAR(shades[4].hsb().hf, 0.6, 1e-9);
+    try {
+        blue.monochromatic(MonochromeStyle::saturation, -0.3, 5);
+        ADD_FAILURE() << "expected monochromaticSpanTooLarge";
+    } catch (const FunctionError& error) {
+        EXPECT_EQ(error.errorCase(), FunctionError::Case::monochromaticSpanTooLarge);
+    }
+}
+
+TEST(PalColorTest, LuminanceContrastAndTextColour) {
+    EXPECT_NEAR(Color::rgb(1, 1, 1).relativeLuminance(), 1, 1e-12);
+    EXPECT_NEAR(Color::rgb(1, 1, 1).contrastRatio(Color::rgb(0, 0, 0)), 21, 1e-9);
+    EXPECT_NEAR(Color::rgb(0, 0, 0).contrastRatio(Color::rgb(1, 1, 1)), 21, 1e-9);
+    // Luminance 0.179 is the turning point: above it dark text, at or below light.
+    EXPECT_TRUE(Color::rgb(0.47, 0.47, 0.47).prefersDarkText());   // 0.1878
+    EXPECT_FALSE(Color::rgb(0.46, 0.46, 0.46).prefersDarkText());  // 0.1779
+    expectRGB(Color::rgb(0.2, 0.2, 0.2).textColor().rgb(), 1, 1, 1, 1);
+    expectRGB(Color::rgb(0.2, 0.5, 0.9, 0.4).contrastAdjusted(2).rgb(), 0, 0.5, 1, 0.4, 1e-12);
+}
+
+TEST(PalColorTest, MixingInTheSameSpaceDifferentSpacesAndOkLab) {
+    const Color a = Color::cmyk(0, 0.2, 0.4, 0.6, 1, "A", ColorType::spot), b = Color::cmyk(1, 0.4, 0.4, 0.2, 0);
+    const Color half = a.mix(b, 0.5);
+    EXPECT_EQ(half.colorSpace, ColorSpace::CMYK);
+    EXPECT_EQ(half.colorType, ColorType::global);
+    EXPECT_EQ(half.colorComponents, (std::vector<double>{0.5, 0.30000000000000004, 0.4, 0.4}));
+    EXPECT_EQ(half.alpha, 0.5);
+    EXPECT_EQ(a.mix(b, 7).colorComponents, b.colorComponents);  // t held at 1
+
+    const Color mixed = Color::rgb(1, 0, 0).mix(Color::gray(1), 0.5);
+    EXPECT_EQ(mixed.colorSpace, ColorSpace::RGB);
+    expectRGB(mixed.rgb(), 1, 0.5, 0.5, 1, 1e-3);
+
+    const Color ok = Color::rgb(1, 0, 0, 0.3).mixOkLab(Color::rgb(0, 0, 1), 0.5, "Middle");
+    expectRGB(ok.rgb(), 0.5504464467223786, 0.3256268934004136, 0.6365053273417405, 1, 1e-9);
+    EXPECT_EQ(ok.name, "Middle");
+}
+
+TEST(PalColorTest, ColorAtWalksTheStops) {
+    const std::vector<Color> stops = {Color::rgb(0, 0, 0), Color::rgb(1, 0, 0), Color::rgb(1, 1, 1)};
+    expectCommonError(Case::tooFewColors, [] { colorAt({}, 0.5); });
+    EXPECT_EQ(colorAt(stops, 5e-9).id, stops[0].id);
+    EXPECT_EQ(colorAt(stops, 1 - 5e-9).id, stops[2].id);
+    expectRGB(colorAt(stops, 0.25).rgb(), 0.5, 0, 0, 1, 1e-12);
+    expectRGB(colorAt(stops, 0.75).rgb(), 1, 0.5, 0.5, 1, 1e-12);
+    EXPECT_EQ(colorAt({stops[1]}, 0.7).id, stops[1].id);
+    EXPECT_EQ(colorAt(stops, 3.0).id, stops[2].id);
+}
+
+TEST(PalColorTest, InterpolatedStepsIncludeBothEnds) {
+    expectCommonError(Case::tooFewColors, [] { interpolated(Color::rgb(0, 0, 0), Color::rgb(1, 1, 1), 0); });
+    const auto steps = interpolated(Color::rgb(0, 0, 0), Color::gray(1, 0), 5);
+    ASSERT_EQ(steps.size(), 5u);
+    expectRGB(steps[1].rgb(), 0.25, 0.25, 0.25, 0.75, 1e-6);
+    expectRGB(steps[4].rgb(), 1, 1, 1, 0, 1e-6);
+    EXPECT_EQ(interpolated(Color::rgb(0.5, 0, 0), Color::rgb(1, 1, 1), 1).size(), 1u);
+}
+
+TEST(PalColorTest, TextForms) {
+    const Color color = Color::rgb(1, 0.5, 0, 0.12345, "Amber", ColorType::spot);
+    EXPECT_EQ(color.css(), "rgba(255, 128, 0, 0.123)");
+    EXPECT_EQ(Color::rgb(1, 0.5, 0).css(), "rgba(255, 128, 0, 1.0)");
+    EXPECT_EQ(color.cssRGB(), "255, 128, 0");
+    EXPECT_EQ(color.debugDescription(), "Color 'Amber' [(RGB:spot:1.0,0.5,0.0:0.123]");
+}
+
+TEST(PalColorTest, JsonLeavesOutDefaults) {
+    EXPECT_EQ(Color::rgb(1, 0, 0.5).json().dump(), R"({"colorSpace":"RGB","colorComponents":[1.0,0.0,0.5]})");
+    const Color full = Color::cmyk(0.1, 0.2, 0.3, 0.4, 0.5, "Ink", ColorType::spot);
+    EXPECT_EQ(full.json().dump(),
+              R"({"name":"Ink","colorSpace":"CMYK","colorComponents":[0.1,0.2,0.3,0.4],"colorType":"spot","alpha":0.5})");
+    EXPECT_EQ(Color::fromJson(full.json()), full);
+    const Color read = Color::fromJson(kro::Json::parse(R"({"colorSpace":"Gray","colorComponents":[0.25]})"));
+    EXPECT_EQ(read, Color::gray(0.25));
+}
+
+TEST(PalColorTest, JsonErrors) {
+    const auto fromText = [](const char* text) { return [text] { Color::fromJson(kro::Json::parse(text)); }; };
+    expectCommonError(Case::invalidFormat, fromText(R"([1,2])"));
+    expectCommonError(Case::invalidFormat, fromText(R"({"colorComponents":[1]})"));
+    expectCommonError(Case::unknownColorMode, fromText(R"({"colorSpace":"HSV","colorComponents":[1,1,1]})"));
+    expectCommonError(Case::invalidColorComponentCountForModelType, fromText(R"({"colorSpace":"RGB","colorComponents":[1]})"));
+    expectCommonError(Case::invalidFormat, fromText(R"({"colorSpace":"RGB","colorComponents":[1,"x",1]})"));
+    expectCommonError(Case::invalidFormat, fromText(R"({"colorSpace":"RGB","colorComponents":[1,1,1],"colorType":"pantone"})"));
+    expectCommonError(Case::invalidFormat, fromText(R"({"colorSpace":"RGB","colorComponents":[1,1,1],"alpha":"1"})"));
+    expectCommonError(Case::invalidFormat, fromText(R"({"name":7,"colorSpace":"RGB","colorComponents":[1,1,1]})"));
+}
+
+TEST(PalColorTest, ErrorsCarryWhatWasFound) {
+    EXPECT_EQ(CommonError(Case::unknownColorType, std::int64_t{9}).integer(), 9);
+    EXPECT_EQ(CommonError(Case::unsupportedColorspace, ColorSpace::LAB).colorSpace(), ColorSpace::LAB);
+    EXPECT_STREQ(CommonError(Case::unknownColorMode, std::string("HSV")).what(), "PAL.CommonError.unknownColorMode(\"HSV\")");
+    // The two similarly named cases stay apart.
+    EXPECT_NE(caseName(Case::unsupportedColorspace), caseName(Case::unsupportedColorSpace));
+    EXPECT_EQ(caseName(Case::cannotGenerateOutputZip), "cannotGenerateOutputZip");
+}

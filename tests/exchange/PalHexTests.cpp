@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include "ExchangeTestSupport.h"
+#include "exchange/PalColor.h"
+
+using namespace PAL;
+using Case = CommonError::Case;
+
+namespace {
+
+void expectParsed(std::string_view text, ColorByteFormat format, double r, double g, double b, double a) {
+    const RGB rgb = parseHex(text, format);
+    EXPECT_DOUBLE_EQ(rgb.rf, r) << text << " as " << PAL::text(format);
+    EXPECT_DOUBLE_EQ(rgb.gf, g) << text << " as " << PAL::text(format);
+    EXPECT_DOUBLE_EQ(rgb.bf, b) << text << " as " << PAL::text(format);
+    EXPECT_DOUBLE_EQ(rgb.af, a) << text << " as " << PAL::text(format);
+}
+
+constexpr double x11 = 0x11 / 255.0, x22 = 0x22 / 255.0, x33 = 0x33 / 255.0, x44 = 0x44 / 255.0;
+
+}  // namespace
+
+TEST(PalHexTest, EightDigitsInEveryByteOrder) {
+    expectParsed("0x11223344", ColorByteFormat::rgb, x11, x22, x33, 1);  // the alpha byte is dropped
+    expectParsed("0x11223344", ColorByteFormat::bgr, x33, x22, x11, 1);
+    expectParsed("0x11223344", ColorByteFormat::argb, x22, x33, x44, x11);
+    expectParsed("0x11223344", ColorByteFormat::rgba, x11, x22, x33, x44);
+    expectParsed("0x11223344", ColorByteFormat::abgr, x44, x33, x22, x11);
+    expectParsed("0x11223344", ColorByteFormat::bgra, x33, x22, x11, x44);
+}
+
+TEST(PalHexTest, SixDigitsHaveNoAlphaInAnyOrder) {
+    expectParsed("#112233", ColorByteFormat::rgb, x11, x22, x33, 1);
+    expectParsed("#112233", ColorByteFormat::bgr, x33, x22, x11, 1);
+    expectParsed("#112233", ColorByteFormat::argb, x11, x22, x33, 1);  // read as rgb
+    expectParsed("#112233", ColorByteFormat::rgba, x11, x22, x33, 1);
+    expectParsed("#112233", ColorByteFormat::abgr, x33, x22, x11, 1);  // read as bgr
+    expectParsed("#112233", ColorByteFormat::bgra, x33, x22, x11, 1);
+}
+
+TEST(PalHexTest, ShortFormsDoubleEachNibble) {
+    expectParsed("#FFF", ColorByteFormat::rgb, 1, 1, 1, 1);
+    expectParsed("#FFFA", ColorByteFormat::rgb, 1, 1, 1, 1);
+    expectParsed("#FFFA", ColorByteFormat::rgba, 1, 1, 1, 0xAA / 255.0);
+    expectParsed("1234", ColorByteFormat::argb, x22, x33, x44, x11);
+    expectParsed("123", ColorByteFormat::bgr, x33, x22, x11, 1);
+    // Trimmed at both ends, case does not matter.
+    expectParsed("  #aBc;", ColorByteFormat::rgb, 0xAA / 255.0, 0xBB / 255.0, 0xCC / 255.0, 1);
+}
+
+TEST(PalHexTest, TheLengthIsThatOfTheWholeTextNotOfTheDigits) {
+    // "12zz" passes as four characters; its value is the scanned 0x12, so c0 and c1 are 0.
+    expectParsed("12zz", ColorByteFormat::rgba, 0, 0, x11, x22);
+}
+
+TEST(PalHexTest, FailuresCarryTheTextAsGiven) {
+    EXPECT_EQ(expectCommonError(Case::invalidRGBHexString, [] { parseHex("12345", ColorByteFormat::rgb); }).text(), "12345");
+    EXPECT_EQ(expectCommonError(Case::invalidRGBHexString, [] { parseHex("#zzzzzz", ColorByteFormat::argb); }).text(), "#zzzzzz");
+    for (const char* text : {"", "#", "1234567", "12", "123456789", "0x", "0x12345"})
+        expectCommonError(Case::invalidRGBHexString, [text] { Color::hex(text, ColorByteFormat::rgba); });
+}
+
+TEST(PalHexTest, FormattingRoundsHalfAwayFromZeroInEveryOrder) {
+    // 0.5 * 255 = 127.5 rounds up to 0x80.
+    const Color color = Color::rgb(0x11 / 255.0, 0.5, 1, 0x44 / 255.0);
+    EXPECT_EQ(color.hexString(ColorByteFormat::rgb), "1180ff");
+    EXPECT_EQ(color.hexString(ColorByteFormat::bgr, true, true), "#FF8011");
+    EXPECT_EQ(color.hexString(ColorByteFormat::argb), "441180ff");
+    EXPECT_EQ(color.hexString(ColorByteFormat::rgba), "1180ff44");
+    EXPECT_EQ(color.hexString(ColorByteFormat::abgr, true), "#44ff8011");
+    EXPECT_EQ(color.hexString(ColorByteFormat::bgra, false, true), "FF801144");
+    // Any space formats, through RGB.
+    EXPECT_EQ(Color::gray(1).hexString(), "ffffff");
+}
+
+TEST(PalHexTest, ParseAndFormatAgreeInEveryOrder) {
+    for (auto format : {ColorByteFormat::rgb, ColorByteFormat::bgr, ColorByteFormat::argb, ColorByteFormat::rgba,
+                        ColorByteFormat::abgr, ColorByteFormat::bgra}) {
+        const Color color = Color::rgb255(0x12, 0x34, 0x56, 0x78);
+        const std::string text = color.hexString(format);
+        const Color back = Color::hex(text, format);
+        EXPECT_EQ(back.hexString(format), text) << PAL::text(format);
+    }
+}

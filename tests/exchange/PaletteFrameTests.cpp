@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "ExchangeTestSupport.h"
+#include "exchange/PaletteCoder.h"
+
+using namespace PAL;
+using Case = CommonError::Case;
+
+namespace {
+
+std::vector<PaletteFormat> formatsOf(const std::vector<const PaletteCoder*>& coders) {
+    std::vector<PaletteFormat> formats;
+    for (const auto* coder : coders) formats.push_back(coder->format());
+    return formats;
+}
+
+// A coder that accepts only data starting with its tag, so the trial's order can be watched.
+class TaggedCoder final : public PaletteCoder {
+public:
+    TaggedCoder(PaletteFormat format, std::string tag) : PaletteCoder(format), tag_(std::move(tag)) {}
+    using PaletteCoder::decode;
+    Palette decode(BytesParser::BytesReader& reader) const override;
+
+private:
+    std::string tag_;
+};
+
+}  // namespace
+
+#include "exchange/BytesReader.h"
+
+Palette TaggedCoder::decode(BytesParser::BytesReader& reader) const {
+    const auto bytes = reader.readAll();
+    if (std::string(bytes.begin(), bytes.end()).rfind(tag_, 0) != 0) throw std::runtime_error("not mine");
+    Palette palette(tag_);
+    palette.format = format();
+    return palette;
+}
+
+TEST(PaletteFormatTest, FortyTwoFormatsInTheirFixedOrder) {
+    const auto& formats = paletteFormats();
+    ASSERT_EQ(formats.size(), 42u);
+    for (std::size_t i = 0; i < formats.size(); ++i) EXPECT_EQ(static_cast<std::size_t>(formats[i].format), i);
+    EXPECT_EQ(formats.front().caseName, "acb");
+    EXPECT_EQ(info(PaletteFormat::gimp).displayName, "GIMP Palette");
+    EXPECT_EQ(info(PaletteFormat::gimp).utType, "public.tintlab.colorpalette.palette.gimp.gpl");
+    EXPECT_EQ(info(PaletteFormat::json).extensions, (std::vector<std::string_view>{"jsoncolorpalette"}));
+    EXPECT_EQ(info(PaletteFormat::image).extensions, (std::vector<std::string_view>{"png", "jpeg", "jpg", "gif"}));
+    EXPECT_FALSE(info(PaletteFormat::svg).reads);
+    EXPECT_FALSE(info(PaletteFormat::acb).writes);
+    EXPECT_EQ(formats.back().caseName, "vga18bit");
+    EXPECT_EQ(paletteFormatFromCaseName("corelDrawV3"), PaletteFormat::corelDrawV3);
+    EXPECT_EQ(paletteFormatFromCaseName("GIMP"), std::nullopt);
+
+    ASSERT_EQ(gradientsFormats().size(), 11u);
+    EXPECT_EQ(gradientsFormats().front().caseName, "json");
+    EXPECT_EQ(gradientsFormats().back().caseName, "swiftUIGen");
+}
+
+TEST(PaletteFormatTest, OneCoderPerFormatInCaseOrder) {
+    const auto& coders = allCoders();
+    ASSERT_EQ(coders.size(), 42u);
+    for (std::size_t i = 0; i < coders.size(); ++i) EXPECT_EQ(static_cast<std::size_t>(coders[i]->format()), i);
+    EXPECT_EQ(coders[15]->name(), "GIMP Palette");
+    EXPECT_EQ(coders[21]->fileExtension(), (std::vector<std::string>{"psppalette", "pal"}));
+
+    const auto& text = textCoders();
+    ASSERT_EQ(text.size(), 17u);
+    EXPECT_EQ(text[0]->format(), PaletteFormat::rgb);
+    EXPECT_EQ(text[3]->format(), PaletteFormat::json);
+    EXPECT_EQ(text[4]->format(), PaletteFormat::gimp);
+    EXPECT_EQ(text[16]->format(), PaletteFormat::simplePalette);
+}
+
+TEST(PaletteFormatTest, CodersForAnExtensionInCaseOrder) {
+    using F = PaletteFormat;
+    EXPECT_EQ(formatsOf(coders("PAL")), (std::vector<F>{F::paintShopPro, F::riff, F::corelDrawV3, F::vga24bit, F::vga18bit}));
+    EXPECT_EQ(formatsOf(coders("txt")), (std::vector<F>{F::corelPainter, F::paintNET, F::rgba, F::rgb}));
+    EXPECT_EQ(formatsOf(coders("xml")), (std::vector<F>{F::androidXML, F::basicXML, F::corelDraw, F::scribusXML}));
+    EXPECT_EQ(formatsOf(coders("acb")), (std::vector<F>{F::acb, F::autodeskColorBook}));
+    EXPECT_EQ(formatsOf(codersForPath("/tmp/x.GPL")), (std::vector<F>{F::gimp}));
+    EXPECT_TRUE(codersForPath("/tmp/palette").empty());
+    EXPECT_TRUE(coders("").empty());
+}
+
+TEST(PaletteFormatTest, CoderForATypeGoesByItsPreferredExtension) {
+    ASSERT_NE(coderForUTType("com.adobe.ase"), nullptr);
+    EXPECT_EQ(coderForUTType("com.adobe.ase")->format(), PaletteFormat::ase);
+    EXPECT_EQ(coderForUTType("public.tintlab.colorpalette.palette.gimp.gpl")->format(), PaletteFormat::gimp);
+    // The Autodesk book's preferred extension is "acb", whose first coder is Adobe's.
+    EXPECT_EQ(coderForUTType("public.tintlab.colorpalette.palette.autodesk.colorbook")->format(), PaletteFormat::acb);
+    EXPECT_EQ(coderForUTType("public.tintlab.colorpalette.palette.scribus.xml")->format(), PaletteFormat::androidXML);
+    EXPECT_EQ(coderForUTType("org.example.nothing"), nullptr);
+}
+
+TEST(PaletteFormatTest, TheTrialTakesTheFirstCoderThatDecodes) {
+    const TaggedCoder first(PaletteFormat::paintShopPro, "JASC"), second(PaletteFormat::riff, "RIFF"),
+        lenient(PaletteFormat::vga24bit, "");
+    EXPECT_EQ(decodeTrying({&first, &second, &lenient}, "RIFF....").format, PaletteFormat::riff);
+    EXPECT_EQ(decodeTrying({&first, &second, &lenient}, "JASC-PAL").format, PaletteFormat::paintShopPro);
+    // A lenient coder early in the order takes what was meant for a later one.
+    EXPECT_EQ(decodeTrying({&lenient, &second}, "RIFF....").format, PaletteFormat::vga24bit);
+    expectCommonError(Case::unsupportedPaletteType, [&] { decodeTrying({&first, &second}, "GIMP Palette"); });
+    expectCommonError(Case::unsupportedCoderType, [&] { decodeTrying({}, "GIMP Palette"); });
+}
+
+TEST(PaletteFormatTest, DecodingFilesAndBytes) {
+    const auto folder = std::filesystem::temp_directory_path() / ("kro-frame-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(folder);
+    const auto write = [&](const std::string& name, const std::string& bytes) {
+        std::ofstream(folder / name, std::ios::binary) << bytes;
+        return (folder / name).string();
+    };
+    const std::string gimp = "GIMP Palette\nName: Two\n#\n255 0 0\tRed\n  0 0 255\tBlue\n";
+
+    // The extension is lowercased before matching.
+    const Palette palette = decode(write("two.GPL", gimp));
+    EXPECT_EQ(palette.name, "Two");
+    EXPECT_EQ(palette.format, PaletteFormat::gimp);
+    EXPECT_EQ(palette.colors.size(), 2u);
+
+    expectCommonError(Case::unsupportedCoderType, [&] { decode(write("two", gimp)); });
+    expectCommonError(Case::unsupportedPaletteType, [&] { decode(write("junk.gpl", "not a palette")); });
+    expectCommonError(Case::unsupportedPaletteType, [&] { decode(write("junk.txt", "255 0 0\n")); });
+    expectCommonError(Case::unableToLoadFile, [&] { decode((folder / "missing.gpl").string()); });
+    std::filesystem::create_directories(folder / "folder.gpl");
+    expectCommonError(Case::unableToLoadFile, [&] { decode((folder / "folder.gpl").string()); });
+
+    // A given coder is the only one tried; its refusal reaches the caller as unsupportedPaletteType.
+    const auto json = coder(PaletteFormat::json);
+    expectCommonError(Case::unsupportedPaletteType, [&] { decode(write("two.gpl.txt", gimp), json.get()); });
+    EXPECT_EQ(decode(write("two.anything", gimp), coder(PaletteFormat::gimp).get()).colors.size(), 2u);
+    expectCommonError(Case::unableToLoadFile, [&] { coder(PaletteFormat::gimp)->decodeFile((folder / "missing").string()); });
+
+    EXPECT_EQ(decode(gimp, "gpl").colors.size(), 2u);
+    expectCommonError(Case::unsupportedCoderType, [&] { decode(gimp, "doc"); });
+    std::filesystem::remove_all(folder);
+}
+
+TEST(PaletteFormatTest, CodersNotBuiltYetAnswerNotImplemented) {
+    const auto csv = coder(PaletteFormat::csv);
+    EXPECT_FALSE(csv->reads());
+    EXPECT_FALSE(csv->writes());
+    EXPECT_EQ(csv->name(), "CSV");
+    expectCommonError(Case::notImplemented, [&] { csv->decode(std::string_view("#ffffff")); });
+    expectCommonError(Case::notImplemented, [&] { csv->encode(Palette()); });
+}
+
+TEST(PaletteTest, AllColorsAndAppending) {
+    Palette palette("P", {}, {Group("G", {Color::rgb(1, 0, 0), Color::rgb(0, 1, 0)})});
+    EXPECT_EQ(palette.allColors().size(), 2u);  // one group and no global colours
+    const auto index = palette.appendColor(Color::gray(0.5));
+    EXPECT_EQ(index, (Palette::ColorIndex{ColorGrouping::global(), 0}));
+    const auto all = palette.allColors();
+    ASSERT_EQ(all.size(), 3u);
+    EXPECT_EQ(all[0], Color::gray(0.5));  // global colours first
+    EXPECT_EQ(all[2], Color::rgb(0, 1, 0));
+    EXPECT_EQ(palette.totalColorCount(), 3u);
+
+    const Palette ramp = Palette::interpolated(Color::rgb(0, 0, 0), Color::rgb(1, 1, 1), 3, "Ramp");
+    EXPECT_EQ(ramp.name, "Ramp");
+    ASSERT_EQ(ramp.colors.size(), 3u);
+    EXPECT_EQ(ramp.colors[1], Color::rgb(0.5, 0.5, 0.5));
+}
+
+TEST(PaletteTest, JsonFormOfPaletteAndGroup) {
+    Palette palette("P", {Color::rgb(1, 0, 0)}, {Group("G", {Color::gray(0.5, 0.5)})});
+    EXPECT_EQ(palette.json().dump(),
+              R"({"name":"P","colors":[{"colorSpace":"RGB","colorComponents":[1.0,0.0,0.0]}],)"
+              R"("groups":[{"name":"G","colors":[{"colorSpace":"Gray","colorComponents":[0.5],"alpha":0.5}]}]})");
+    const Palette back = Palette::fromJson(palette.json());
+    EXPECT_EQ(back.name, "P");
+    EXPECT_EQ(back.allColors(), palette.allColors());
+
+    // A group's name may be absent; its colours may not.
+    EXPECT_TRUE(Group::fromJson(kro::Json::parse(R"({"colors":[]})")).name.empty());
+    expectCommonError(Case::invalidFormat, [] { Group::fromJson(kro::Json::parse(R"({"name":"G"})")); });
+    expectCommonError(Case::invalidFormat, [] { Palette::fromJson(kro::Json::parse(R"({"name":"P","groups":[]})")); });
+    expectCommonError(Case::invalidFormat, [] { Palette::fromJson(kro::Json::parse(R"({"colors":[],"groups":{}})")); });
+}
