@@ -2,11 +2,22 @@
 
 #include <iostream>
 
+#include "cli/AccountCommands.h"
+#include "cli/ColorCommands.h"
+#include "cli/ExchangeCommands.h"
+#include "cli/FormatCommands.h"
+#include "cli/NameCommand.h"
+
 namespace kro::cli {
 
 const CommandTable& commandTable() {
     static const CommandTable table = [] {
         CommandTable commands;
+        registerNameCommands(commands);
+        registerFormatCommands(commands);
+        registerColorCommands(commands);
+        registerExchangeCommands(commands);
+        registerAccountCommands(commands);
         return commands;
     }();
     return table;

@@ -52,7 +52,8 @@ std::optional<ConvertArguments> parseConvertArguments(const std::vector<std::str
     for (std::size_t i = 0; i < args.size(); ++i) {
         if (args[i] == "--from" || args[i] == "--to") {
             if (i + 1 >= args.size()) return std::nullopt;
-            (args[i] == "--from" ? parsed.from : parsed.to) = args[++i];
+            auto& option = args[i] == "--from" ? parsed.from : parsed.to;
+            option = args[++i];
         } else if (args[i].starts_with("--")) {
             return std::nullopt;
         } else {

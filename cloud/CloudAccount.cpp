@@ -48,6 +48,9 @@ std::optional<std::string> cloudAccountProblem(const CloudAccount& account) {
         return "the server must be an http:// or https:// URL: " + url;
     }
     if (url.find_first_of(" \t\r\n") != std::string::npos) return "the server URL holds white space: " + url;
+    const auto authority = url.substr(hostStart, url.find('/', hostStart) - hostStart);
+    // A password in the URL would end up in the account file: it belongs in the secret store.
+    if (authority.find('@') != std::string::npos) return "give the user name apart, not inside the server URL";
     if (account.user.empty()) return "the user name is empty";
     for (unsigned char c : account.user) {
         if (c < 0x20 || c == 0x7F) return "the user name holds a control character";

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "exchange/PalErrors.h"
+#include "exchange/PalUnit.h"
 #include "platform/ColorValue.h"
 
 namespace PAL {
@@ -23,9 +24,6 @@ std::optional<Enum> fromText(const std::array<std::string_view, N>& texts, std::
     return std::nullopt;
 }
 
-// NaN is held at 0 so a clamped value always lies in range.
-double clamp01(double v) { return std::isnan(v) ? 0.0 : std::clamp(v, 0.0, 1.0); }
-
 const std::vector<double>& checkedComponents(const Color& color) {
     if (color.colorComponents.size() != static_cast<std::size_t>(componentCount(color.colorSpace)))
         throw CommonError(CommonError::Case::invalidColorComponentCountForModelType);
@@ -34,7 +32,7 @@ const std::vector<double>& checkedComponents(const Color& color) {
 
 // A component as a byte: multiplied by 255, rounded half away from zero.
 unsigned byteOf(double unit) {
-    const double value = std::round(clamp01(unit) * 255);
+    const double value = std::round(clampUnit(unit) * 255);
     return static_cast<unsigned>(value);
 }
 
@@ -59,10 +57,10 @@ int componentCount(ColorSpace space) {
 
 Color::Color(ColorSpace colorSpace, std::vector<double> colorComponents, double alpha, std::string name, ColorType colorType)
     : id(kro::newUUID()), name(std::move(name)), colorType(colorType), colorSpace(colorSpace),
-      colorComponents(std::move(colorComponents)), alpha(clamp01(alpha)) {}
+      colorComponents(std::move(colorComponents)), alpha(clampUnit(alpha)) {}
 
 Color Color::rgb(double r, double g, double b, double a, std::string name, ColorType type) {
-    return Color(ColorSpace::RGB, {clamp01(r), clamp01(g), clamp01(b)}, a, std::move(name), type);
+    return Color(ColorSpace::RGB, {clampUnit(r), clampUnit(g), clampUnit(b)}, a, std::move(name), type);
 }
 
 Color Color::rgb255(double r, double g, double b, double a, std::string name, ColorType type) {
@@ -70,7 +68,7 @@ Color Color::rgb255(double r, double g, double b, double a, std::string name, Co
 }
 
 Color Color::gray(double white, double alpha, std::string name, ColorType type) {
-    return Color(ColorSpace::Gray, {clamp01(white)}, alpha, std::move(name), type);
+    return Color(ColorSpace::Gray, {clampUnit(white)}, alpha, std::move(name), type);
 }
 
 Color Color::gray255(double white, double alpha, std::string name, ColorType type) {
@@ -78,7 +76,7 @@ Color Color::gray255(double white, double alpha, std::string name, ColorType typ
 }
 
 Color Color::cmyk(double c, double m, double y, double k, double a, std::string name, ColorType type) {
-    return Color(ColorSpace::CMYK, {clamp01(c), clamp01(m), clamp01(y), clamp01(k)}, a, std::move(name), type);
+    return Color(ColorSpace::CMYK, {clampUnit(c), clampUnit(m), clampUnit(y), clampUnit(k)}, a, std::move(name), type);
 }
 
 Color Color::lab(double l, double a, double b, double alpha, std::string name, ColorType type) {
@@ -86,12 +84,12 @@ Color Color::lab(double l, double a, double b, double alpha, std::string name, C
 }
 
 Color Color::hsb(double h, double s, double b, double a, std::string name, ColorType type) {
-    const RGB rgb = hsbToRGB({clamp01(h), clamp01(s), clamp01(b), clamp01(a)});
+    const RGB rgb = hsbToRGB({clampUnit(h), clampUnit(s), clampUnit(b), clampUnit(a)});
     return Color::rgb(rgb.rf, rgb.gf, rgb.bf, rgb.af, std::move(name), type);
 }
 
 Color Color::hsbDegrees(double h, double s, double b, double a, std::string name, ColorType type) {
-    return hsb(clamp01(h / 360), clamp01(s / 100), clamp01(b / 100), a, std::move(name), type);
+    return hsb(clampUnit(h / 360), clampUnit(s / 100), clampUnit(b / 100), a, std::move(name), type);
 }
 
 Color Color::hslDegrees(double h, double s, double l, double a, std::string name, ColorType type) {
@@ -107,18 +105,18 @@ Color Color::hex(std::string_view text, ColorByteFormat format, std::string name
 RGB Color::rgb() const {
     if (colorSpace != ColorSpace::RGB) return converted(ColorSpace::RGB).rgb();
     const auto& c = checkedComponents(*this);
-    return {clamp01(c[0]), clamp01(c[1]), clamp01(c[2]), clamp01(alpha)};
+    return {clampUnit(c[0]), clampUnit(c[1]), clampUnit(c[2]), clampUnit(alpha)};
 }
 
 CMYK Color::cmyk() const {
     if (colorSpace != ColorSpace::CMYK) return converted(ColorSpace::CMYK).cmyk();
     const auto& c = checkedComponents(*this);
-    return {clamp01(c[0]), clamp01(c[1]), clamp01(c[2]), clamp01(c[3]), clamp01(alpha)};
+    return {clampUnit(c[0]), clampUnit(c[1]), clampUnit(c[2]), clampUnit(c[3]), clampUnit(alpha)};
 }
 
 double Color::gray() const {
     if (colorSpace != ColorSpace::Gray) return converted(ColorSpace::Gray).gray();
-    return clamp01(checkedComponents(*this)[0]);
+    return clampUnit(checkedComponents(*this)[0]);
 }
 
 HSB Color::hsb() const { return rgbToHSB(rgb()); }
@@ -129,7 +127,7 @@ HSL Color::hsl() const { return rgbToHSL(rgb()); }
 LAB Color::lab() const {
     if (colorSpace != ColorSpace::LAB) return xyzToLAB(rgbToXYZ(rgb()));
     const auto& c = checkedComponents(*this);
-    return {std::clamp(c[0], 0.0, 100.0), std::clamp(c[1], -128.0, 128.0), std::clamp(c[2], -128.0, 128.0), clamp01(alpha)};
+    return {std::clamp(c[0], 0.0, 100.0), std::clamp(c[1], -128.0, 128.0), std::clamp(c[2], -128.0, 128.0), clampUnit(alpha)};
 }
 
 XYZ Color::xyz() const { return rgbToXYZ(rgb()); }
@@ -143,7 +141,7 @@ Color Color::converted(ColorSpace to) const {
 
 Color Color::withAlpha(double newAlpha) const {
     Color copy = *this;
-    copy.alpha = clamp01(newAlpha);
+    copy.alpha = clampUnit(newAlpha);
     return copy;
 }
 

@@ -4,12 +4,12 @@
 
 #include "exchange/PalColor.h"
 #include "exchange/PalErrors.h"
+#include "exchange/PalUnit.h"
 
 namespace PAL {
 
 namespace {
 
-double clamp01(double v) { return std::clamp(v, 0.0, 1.0); }
 double lerp(double a, double b, double t) { return a + (b - a) * t; }
 
 // Hue families work in degrees with the HSL arithmetic; results are RGB, alpha 1, no name.
@@ -25,8 +25,6 @@ std::vector<Color> hueFamily(const Color& color, std::initializer_list<double> o
     }
     return colors;
 }
-
-double luminanceChannel(double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); }
 
 }  // namespace
 
@@ -59,7 +57,7 @@ std::vector<Color> Color::monochromatic(MonochromeStyle style, double d, int cou
 
 double Color::relativeLuminance() const {
     const RGB c = rgb();
-    return 0.2126 * luminanceChannel(c.rf) + 0.7152 * luminanceChannel(c.gf) + 0.0722 * luminanceChannel(c.bf);
+    return 0.2126 * srgbToLinear(c.rf) + 0.7152 * srgbToLinear(c.gf) + 0.0722 * srgbToLinear(c.bf);
 }
 
 double Color::contrastRatio(const Color& other) const {
@@ -73,12 +71,12 @@ Color Color::textColor() const { return prefersDarkText() ? Color::rgb(0, 0, 0) 
 
 Color Color::contrastAdjusted(double factor) const {
     const RGB c = rgb();
-    const auto adjust = [factor](double v) { return clamp01(factor * (v - 0.5) + 0.5); };
+    const auto adjust = [factor](double v) { return clampUnit(factor * (v - 0.5) + 0.5); };
     return Color::rgb(adjust(c.rf), adjust(c.gf), adjust(c.bf), c.af);
 }
 
 Color Color::mix(const Color& other, double t) const {
-    t = clamp01(t);
+    t = clampUnit(t);
     if (colorSpace == other.colorSpace) {
         std::vector<double> components;
         const std::size_t count = std::min(colorComponents.size(), other.colorComponents.size());
@@ -90,7 +88,7 @@ Color Color::mix(const Color& other, double t) const {
 }
 
 Color Color::mixOkLab(const Color& other, double t, std::string mixedName) const {
-    t = clamp01(t);
+    t = clampUnit(t);
     const OkLab::Lab a = OkLab::fromSRGB(rgb()), b = OkLab::fromSRGB(other.rgb());
     const RGB mixed = OkLab::toSRGB({lerp(a.L, b.L, t), lerp(a.a, b.a, t), lerp(a.b, b.b, t)});
     return Color::rgb(mixed.rf, mixed.gf, mixed.bf, 1.0, std::move(mixedName));
@@ -105,7 +103,7 @@ Color colorAt(const std::vector<Color>& colors, double t) {
     if (!(position >= 0)) return colors.front();  // t below 0, or not a number
     if (position >= static_cast<double>(colors.size() - 1)) return colors.back();
     const auto i = static_cast<std::size_t>(position);
-    const double fraction = clamp01((t - position * step) / ((position + 1) * step - position * step));
+    const double fraction = clampUnit((t - position * step) / ((position + 1) * step - position * step));
     return colors[i].mix(colors[i + 1], fraction);
 }
 

@@ -5,14 +5,11 @@
 #include <cmath>
 
 #include "exchange/PalColor.h"
+#include "exchange/PalUnit.h"
 
 namespace PAL {
 
 namespace {
-
-double clamp01(double v) { return std::clamp(v, 0.0, 1.0); }
-
-double srgbToLinear(double c) { return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4); }
 
 double linearToSRGB(double c) { return c <= 0.0031308 ? 12.92 * c : 1.055 * std::pow(c, 0.4166666666666667) - 0.055; }
 
@@ -38,7 +35,7 @@ RGB xyzToRGB(const XYZ& xyz) {
     const double r = 3.2406 * x - 1.5372 * y - 0.4986 * z;
     const double g = -0.9689 * x + 1.8758 * y + 0.0415 * z;
     const double b = 0.0557 * x - 0.204 * y + 1.057 * z;
-    return {clamp01(linearToSRGB(r)), clamp01(linearToSRGB(g)), clamp01(linearToSRGB(b)), xyz.af};
+    return {clampUnit(linearToSRGB(r)), clampUnit(linearToSRGB(g)), clampUnit(linearToSRGB(b)), xyz.af};
 }
 
 LAB xyzToLAB(const XYZ& xyz) {
@@ -91,7 +88,7 @@ RGB hslToRGB(const HSL& hsl) {
 
 // Plain hexcone HSB, hue as a fraction of a turn.
 HSB rgbToHSB(const RGB& rgb) {
-    const double r = clamp01(rgb.rf), g = clamp01(rgb.gf), b = clamp01(rgb.bf);
+    const double r = clampUnit(rgb.rf), g = clampUnit(rgb.gf), b = clampUnit(rgb.bf);
     const double max = std::max({r, g, b}), min = std::min({r, g, b}), d = max - min;
     double h = 0;
     if (d > 0) {
@@ -101,11 +98,11 @@ HSB rgbToHSB(const RGB& rgb) {
         h /= 6;
         if (h < 0) h += 1;
     }
-    return {clamp01(h), max == 0 ? 0 : clamp01(d / max), max, clamp01(rgb.af)};
+    return {clampUnit(h), max == 0 ? 0 : clampUnit(d / max), max, clampUnit(rgb.af)};
 }
 
 RGB hsbToRGB(const HSB& hsb) {
-    const double h = clamp01(hsb.hf), s = clamp01(hsb.sf), v = clamp01(hsb.bf);
+    const double h = clampUnit(hsb.hf), s = clampUnit(hsb.sf), v = clampUnit(hsb.bf);
     const double sector = h * 6 >= 6 ? 0 : h * 6;
     const int i = static_cast<int>(sector);
     const double f = sector - i;
@@ -119,7 +116,7 @@ RGB hsbToRGB(const HSB& hsb) {
     case 5: r = v, g = p, b = q; break;
     default: break;
     }
-    return {clamp01(r), clamp01(g), clamp01(b), clamp01(hsb.af)};
+    return {clampUnit(r), clampUnit(g), clampUnit(b), clampUnit(hsb.af)};
 }
 
 YCbCr rgbToYCbCr(const RGB& rgb) {
@@ -130,9 +127,9 @@ YCbCr rgbToYCbCr(const RGB& rgb) {
 }
 
 RGB ycbcrToRGB(const YCbCr& c) {
-    return {clamp01((c.y + 1.402 * (c.cr - 128)) / 255),
-            clamp01((c.y - 0.34414 * (c.cb - 128) - 0.71414 * (c.cr - 128)) / 255),
-            clamp01((c.y + 1.772 * (c.cb - 128)) / 255), 1.0};
+    return {clampUnit((c.y + 1.402 * (c.cr - 128)) / 255),
+            clampUnit((c.y - 0.34414 * (c.cb - 128) - 0.71414 * (c.cr - 128)) / 255),
+            clampUnit((c.y + 1.772 * (c.cb - 128)) / 255), 1.0};
 }
 
 namespace OkLab {
@@ -162,7 +159,7 @@ RGB toSRGB(const Lab& lab) {
     const double r = 4.0767416621 * l - 3.3077115913 * m + 0.2309699292 * s;
     const double g = -1.2684380046 * l + 2.6097574011 * m - 0.3413193965 * s;
     const double b = -0.0041960863 * l - 0.7034186147 * m + 1.707614701 * s;
-    return {clamp01(fromLinear(r)), clamp01(fromLinear(g)), clamp01(fromLinear(b)), 1.0};
+    return {clampUnit(fromLinear(r)), clampUnit(fromLinear(g)), clampUnit(fromLinear(b)), 1.0};
 }
 
 }  // namespace OkLab

@@ -29,6 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         return 0;
     }
     const auto text = kro::compactText(user->toJson());
+    // The store's direct writer and the JSON tree agree to the byte.
+    if (user->jsonText() != text) std::abort();
     try {
         auto again = kro::User::fromJson(kro::parseJson(text));
         // The written form is a fixed point: one more round changes nothing.

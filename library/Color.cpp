@@ -1,9 +1,12 @@
 #include "library/Color.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <limits>
 
 #include "formats/color/ColorName.h"
 #include "library/JsonDecode.h"
+#include "library/RecordText.h"
 #include "library/Sherlog.h"
 #include "library/User.h"
 #include "platform/Environment.h"
@@ -31,10 +34,10 @@ std::shared_ptr<Color> Color::make(const ColorValue& value, std::optional<std::s
 std::shared_ptr<Color> Color::make(double red, double green, double blue, double alpha,
                                    std::optional<std::string> name) {
     auto color = std::make_shared<Color>();
-    color->red = static_cast<float>(red);
-    color->green = static_cast<float>(green);
-    color->blue = static_cast<float>(blue);
-    color->alpha = static_cast<float>(alpha);
+    color->red = storedFloat(red);
+    color->green = storedFloat(green);
+    color->blue = storedFloat(blue);
+    color->alpha = storedFloat(alpha);
     color->hex = hexText(color->red, color->green, color->blue);
     if (!name) name = ColorName::name(red, green, blue);
     if (name) {
@@ -42,6 +45,11 @@ std::shared_ptr<Color> Color::make(double red, double green, double blue, double
         color->originalName = name;
     }
     return color;
+}
+
+float Color::storedFloat(double value) {
+    constexpr double largest = std::numeric_limits<float>::max();
+    return static_cast<float>(std::clamp(value, -largest, largest));
 }
 
 std::string Color::hexText(float red, float green, float blue) {
@@ -88,6 +96,32 @@ Json Color::toJson() const {
     return json;
 }
 
+void Color::appendJsonText(std::string& out) const {
+    using namespace record_text;
+    bool first = true;
+    out += '{';
+    appendKey(out, "uuid", first), appendString(out, uuid);
+    if (name) appendKey(out, "name", first), appendString(out, *name);
+    if (originalName) appendKey(out, "originalName", first), appendString(out, *originalName);
+    appendKey(out, "red", first), appendFloat(out, red);
+    appendKey(out, "green", first), appendFloat(out, green);
+    appendKey(out, "blue", first), appendFloat(out, blue);
+    appendKey(out, "alpha", first), appendFloat(out, alpha);
+    appendKey(out, "hex", first), appendString(out, hex);
+    if (notes) appendKey(out, "notes", first), appendString(out, *notes);
+    appendKey(out, "tags", first);
+    out += '[';
+    for (size_t i = 0; i < tags.size(); ++i) {
+        if (i) out += ',';
+        appendString(out, tags[i]);
+    }
+    out += ']';
+    appendKey(out, "group", first), appendString(out, normalizedGroup(group));
+    appendKey(out, "createdAt", first), appendString(out, createdAt);
+    if (updatedAt) appendKey(out, "updatedAt", first), appendString(out, *updatedAt);
+    out += '}';
+}
+
 std::shared_ptr<Color> Color::fromJson(const Json& json) {
     using namespace json_decode;
     const auto& o = object(json, "Color");
@@ -95,10 +129,10 @@ std::shared_ptr<Color> Color::fromJson(const Json& json) {
     if (auto v = text(o, "uuid")) color->uuid = *v;
     if (member(o, "name")) color->name = text(o, "name");
     if (member(o, "originalName")) color->originalName = text(o, "originalName");
-    if (auto v = number(o, "red")) color->red = static_cast<float>(*v);
-    if (auto v = number(o, "green")) color->green = static_cast<float>(*v);
-    if (auto v = number(o, "blue")) color->blue = static_cast<float>(*v);
-    if (auto v = number(o, "alpha")) color->alpha = static_cast<float>(*v);
+    if (auto v = number(o, "red")) color->red = storedFloat(*v);
+    if (auto v = number(o, "green")) color->green = storedFloat(*v);
+    if (auto v = number(o, "blue")) color->blue = storedFloat(*v);
+    if (auto v = number(o, "alpha")) color->alpha = storedFloat(*v);
     if (auto v = text(o, "hex")) color->hex = *v;
     color->notes = text(o, "notes");
     if (auto v = texts(o, "tags")) color->tags = std::move(*v);

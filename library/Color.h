@@ -23,12 +23,16 @@ public:
     static std::shared_ptr<Color> make(double red, double green, double blue, double alpha,
                                        std::optional<std::string> name = std::nullopt);
 
+    // A component as it is stored: a 32-bit float, out-of-range magnitudes held at the largest float.
+    static float storedFloat(double value);
     // Six upper-case hex digits from the stored floats, each ×255 truncated (0.999 gives FE).
     static std::string hexText(float red, float green, float blue);
     // Split on "/", trim, drop empty parts, join with " / ".
     static std::string normalizedGroup(const std::string& group);
 
     Json toJson() const;
+    // compactText(toJson()), appended without building the tree.
+    void appendJsonText(std::string& out) const;
     // Forgiving: missing keys take defaults; a value of a wrong type throws JsonDecodeError.
     static std::shared_ptr<Color> fromJson(const Json& json);
     // A copy with its own identity.

@@ -8,6 +8,7 @@
 #include <unicode/locid.h>
 
 #include "library/JsonDecode.h"
+#include "library/RecordText.h"
 #include "library/Sherlog.h"
 #include "library/User.h"
 #include "platform/Environment.h"
@@ -59,6 +60,35 @@ Json Palette::toJson() const {
     json["createdAt"] = createdAt;
     if (updatedAt) json["updatedAt"] = *updatedAt;
     return json;
+}
+
+void Palette::appendJsonText(std::string& out) const {
+    using namespace record_text;
+    bool first = true;
+    out += '{';
+    appendKey(out, "uuid", first), appendString(out, uuid);
+    appendKey(out, "isHistory", first), out += isHistory ? "true" : "false";
+    if (name) appendKey(out, "name", first), appendString(out, *name);
+    if (originalName) appendKey(out, "originalName", first), appendString(out, *originalName);
+    appendKey(out, "colors", first);
+    out += '[';
+    for (size_t i = 0; i < colors.size(); ++i) {
+        if (i) out += ',';
+        colors[i]->appendJsonText(out);
+    }
+    out += ']';
+    if (notes) appendKey(out, "notes", first), appendString(out, *notes);
+    appendKey(out, "tags", first);
+    out += '[';
+    for (size_t i = 0; i < tags.size(); ++i) {
+        if (i) out += ',';
+        appendString(out, tags[i]);
+    }
+    out += ']';
+    appendKey(out, "lock", first), out += lock ? "true" : "false";
+    appendKey(out, "createdAt", first), appendString(out, createdAt);
+    if (updatedAt) appendKey(out, "updatedAt", first), appendString(out, *updatedAt);
+    out += '}';
 }
 
 std::shared_ptr<Palette> Palette::fromJson(const Json& json) {

@@ -23,6 +23,8 @@ public:
     static std::shared_ptr<Palette> make(std::vector<ColorRef> colors, std::optional<std::string> name = std::nullopt);
 
     Json toJson() const;
+    // compactText(toJson()), appended without building the tree.
+    void appendJsonText(std::string& out) const;
     static std::shared_ptr<Palette> fromJson(const Json& json);
     // A copy with its own identity, its colours copied with theirs.
     std::shared_ptr<Palette> copy() const;

@@ -2,6 +2,7 @@
 
 #include "library/CloudHook.h"
 #include "library/JsonDecode.h"
+#include "library/RecordText.h"
 #include "library/Notifications.h"
 #include "library/Sherlog.h"
 #include "library/UserUndo.h"
@@ -76,6 +77,30 @@ Json User::toJson() const {
     return json;
 }
 
+std::string User::jsonText() const {
+    using namespace record_text;
+    std::string out;
+    size_t colorCount = history->colors.size();
+    for (const auto& palette : palettes) colorCount += palette->colors.size();
+    out.reserve(512 + 320 * colorCount);
+    bool first = true;
+    out += '{';
+    appendKey(out, "uuid", first), appendString(out, uuid);
+    appendKey(out, "history", first), history->appendJsonText(out);
+    if (paletteUUID) appendKey(out, "paletteUUID", first), appendString(out, *paletteUUID);
+    appendKey(out, "palettes", first);
+    out += '[';
+    for (size_t i = 0; i < palettes.size(); ++i) {
+        if (i) out += ',';
+        palettes[i]->appendJsonText(out);
+    }
+    out += ']';
+    appendKey(out, "createdAt", first), appendString(out, createdAt);
+    if (updatedAt) appendKey(out, "updatedAt", first), appendString(out, *updatedAt);
+    out += '}';
+    return out;
+}
+
 std::shared_ptr<User> User::fromJson(const Json& json) {
     using namespace json_decode;
     const auto& o = object(json, "User");
@@ -114,7 +139,7 @@ void User::load(const StoreCompletion& completion) {
                  completion);
 }
 
-bool User::save() const { return store().save(toJson()); }
+bool User::save() const { return store().saveText(jsonText()); }
 
 void User::moveUpdatedAt() {
     using namespace std::chrono;
@@ -132,7 +157,7 @@ void User::trigger(bool undo, bool save, bool notify, bool cloud, const char* fi
 void User::runPipelineAfterStamp(bool undo, bool save, bool notify, bool cloud, const char* file,
                                  const char* function, int line) {
     // Encoded once for both the undo state and the file.
-    const std::string text = undo || save ? compactText(toJson()) : std::string();
+    const std::string text = undo || save ? jsonText() : std::string();
     if (undo) UserUndo::shared().saveEncoded(text, 0, file, function, line);
     if (save) store().saveText(text);
     if (notify) env().notifications->post(Notifications::userUpdated);

@@ -25,6 +25,8 @@ public:
     static PaletteRef makeFirstPalette();
 
     Json toJson() const;
+    // compactText(toJson()), written without building the tree: what the store and undo keep.
+    std::string jsonText() const;
     // Forgiving; a missing "palettes" gives "Your First Palette!". A value of a wrong type throws JsonDecodeError.
     static std::shared_ptr<User> fromJson(const Json& json);
 

@@ -27,10 +27,10 @@ std::optional<std::string> legacyText(const Json& object, const char* key) {
 
 ColorRef legacyColor(const Json& json) {
     auto color = std::make_shared<Color>();
-    color->red = static_cast<float>(legacyNumber(json, "red").value_or(0));
-    color->green = static_cast<float>(legacyNumber(json, "green").value_or(0));
-    color->blue = static_cast<float>(legacyNumber(json, "blue").value_or(0));
-    color->alpha = static_cast<float>(legacyNumber(json, "alpha").value_or(1));
+    color->red = Color::storedFloat(legacyNumber(json, "red").value_or(0));
+    color->green = Color::storedFloat(legacyNumber(json, "green").value_or(0));
+    color->blue = Color::storedFloat(legacyNumber(json, "blue").value_or(0));
+    color->alpha = Color::storedFloat(legacyNumber(json, "alpha").value_or(1));
     color->hex = Color::hexText(color->red, color->green, color->blue);
     if (auto uuid = legacyText(json, "uuid")) color->uuid = *uuid;
     if (auto name = legacyText(json, "name")) {

@@ -10,9 +10,7 @@ UserUndo& UserUndo::shared() {
 }
 
 void UserUndo::save(const User& instance, double after, const char* file, const char* function, int line) {
-    auto snapshot = dictionarySnapshot(instance.toJson());
-    if (!snapshot) return;
-    saveEncoded(compactText(*snapshot), after, file, function, line);
+    saveEncoded(instance.jsonText(), after, file, function, line);
 }
 
 void UserUndo::saveEncoded(std::string text, double after, const char* file, const char* function, int line) {

@@ -30,8 +30,10 @@ size_t utf16Length(const std::string& text) {
     return units.size() / 2;
 }
 
-[[noreturn]] void fail(std::string message, CommonError error) {
-    logError(std::move(message));
+// Logs the line where the refusal was found, then refuses.
+[[noreturn]] void fail(std::string message, CommonError error, const char* function = __builtin_FUNCTION(),
+                       unsigned line = __builtin_LINE()) {
+    logError(std::move(message), __FILE__, function, line);
     throw error;
 }
 

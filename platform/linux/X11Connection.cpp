@@ -15,7 +15,7 @@ xcb_connection_t* connection() {
 xcb_window_t root() {
     static xcb_window_t window = [] {
         auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection())).data;
-        return screen ? screen->root : XCB_WINDOW_NONE;
+        return screen ? screen->root : xcb_window_t{XCB_WINDOW_NONE};
     }();
     return window;
 }
@@ -25,7 +25,7 @@ xcb_atom_t atom(const char* name) {
     if (const auto found = cache.find(name); found != cache.end()) return found->second;
     auto cookie = xcb_intern_atom(connection(), 0, static_cast<uint16_t>(strlen(name)), name);
     auto* reply = xcb_intern_atom_reply(connection(), cookie, nullptr);
-    const xcb_atom_t value = reply ? reply->atom : XCB_ATOM_NONE;
+    const xcb_atom_t value = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     free(reply);
     cache[name] = value;
     return value;

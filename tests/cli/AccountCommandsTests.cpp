@@ -77,6 +77,7 @@ TEST_F(AccountCommandsTest, BadInputChangesNothing) {
     EXPECT_EQ(run({"set", "ftp://example.com/", "alice"}, "pw\n"), exitFailed);
     EXPECT_EQ(err.str().rfind("kro: ", 0), 0u);
     EXPECT_EQ(run({"set", "https://", "alice"}, "pw\n"), exitFailed);
+    EXPECT_EQ(run({"set", "https://alice:pw@example.com/", "alice"}, "pw\n"), exitFailed);
     EXPECT_EQ(run({"set", "https://example.com/", ""}, "pw\n"), exitFailed);
     EXPECT_EQ(run({"set", "https://example.com/", "alice"}, ""), exitFailed);  // no password line at all
     EXPECT_EQ(run({"set", "https://example.com/"}), exitUsage);

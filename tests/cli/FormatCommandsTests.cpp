@@ -11,14 +11,14 @@
 namespace kro::cli {
 namespace {
 
-struct Run {
+struct CommandRun {
     int status;
     std::string out, err;
 };
 
 class FormatCommandsTest : public ::testing::Test {
 protected:
-    Run run(const std::string& name, std::vector<std::string> args) {
+    CommandRun run(const std::string& name, std::vector<std::string> args) {
         CommandTable table;
         registerFormatCommands(table);
         std::istringstream in;
@@ -102,7 +102,7 @@ TEST(ColorArgumentTest, HexFirstThenRecognition) {
     EXPECT_EQ(hexText(*parseColorArgument("#ff0080")), "FF0080");
     EXPECT_EQ(hexText(*parseColorArgument("336699")), "336699");
     EXPECT_EQ(hexText(*parseColorArgument("rgb(51, 102, 153)")), "336699");
-    EXPECT_EQ(hexText(*parseColorArgument("color: #abc;")), "AABBCC");
+    EXPECT_EQ(hexText(*parseColorArgument("color: #336699;")), "336699");
     for (const char* bad : {"", "12345", "GG0000", "nothing here"}) EXPECT_FALSE(parseColorArgument(bad)) << bad;
 }
 

@@ -1,6 +1,8 @@
 // The JSON forms of the records, the naming rule and the library's updated time.
 #include "LibraryTestSupport.h"
 
+#include <limits>
+
 #include "library/JsonDecode.h"
 
 namespace kro::testing {
@@ -106,6 +108,24 @@ TEST_F(RecordJson, ALibraryRoundTripsThroughItsJson) {
     EXPECT_EQ(*decoded, user());
     decoded->palettes[0]->colors[1]->notes.reset();
     EXPECT_FALSE(*decoded == user());
+}
+
+TEST_F(RecordJson, TheStoredTextIsTheCompactTextOfTheJson) {
+    auto odd = Color::make(1e-7, 0.333333343, 123456.0, -0.0, "naïve \"quoted\" \\ tab\t\x01 \xff end");
+    odd->notes = "line\nbreak";
+    odd->tags = {"", "ünïcode", "plain"};
+    odd->group = " a/\n/b ";
+    odd->updatedAt = "2026-01-01T00:00:00Z";
+    user().history->colors.push_back(odd);
+    user().history->colors.push_back(Color::make(1, 0.5, 0.25, 1, "x"));
+    user().history->colors.back()->red = std::numeric_limits<float>::infinity();
+    user().history->notes = "n";
+    user().history->name.reset();
+    user().paletteUUID = "P";
+    user().updatedAt = "2026-01-01T00:00:01Z";
+    user().palettes.push_back(std::make_shared<Palette>());
+    user().palettes.back()->lock = true;
+    EXPECT_EQ(user().jsonText(), compactText(user().toJson()));
 }
 
 TEST_F(RecordJson, TheNamingRuleCountsUpFromOne) {

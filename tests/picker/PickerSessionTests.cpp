@@ -40,14 +40,21 @@ TEST_F(PickerSessionTest, OpeningSwapsTheKeysHidesTheCursorAndRevealsOnTheFirstF
     EXPECT_FALSE(keys.registered.count(registeredId(HotKeyIdentifier::pickColorEnter)));
 }
 
-TEST_F(PickerSessionTest, WithoutAFrameTheWindowIsRevealedAfterTwoSeconds) {
+TEST_F(PickerSessionTest, AFailedFirstCaptureRevealsAnEmptyLensAndNoCaptureWaitsTwoSeconds) {
     screen.failWith = "no pixels";
+    picker->open(PickerSource::standard, 0.05);
+    advance(0.1);
+    EXPECT_EQ(window.alpha, 1) << "the first capture ended, with or without an image";
+    EXPECT_FALSE(picker->pickerImage.pickerImage);
+    EXPECT_TRUE(picker->isOpen) << "failures never end the session";
+    picker->close(true);
+
+    pointer.at = {-100, -100};  // on no screen: no capture starts
     picker->open(PickerSource::standard, 0.05);
     advance(1.9);
     EXPECT_EQ(window.alpha, 0);
     advance(0.2);
     EXPECT_EQ(window.alpha, 1);
-    EXPECT_TRUE(picker->isOpen) << "failures never end the session";
 }
 
 TEST_F(PickerSessionTest, ClosingDuringTheDelayKeepsTheWindowHiddenAndTheCursorComesBack) {
