@@ -28,8 +28,8 @@ int runName(CommandContext& context) {
         colors.push_back(*color);
     }
     std::vector<std::string> names;
-    for (size_t i = 0; i < colors.size(); ++i) {
-        auto name = ColorName::name(colors[i].red(), colors[i].green(), colors[i].blue());
+    for (const auto& color : colors) {
+        auto name = ColorName::name(color.red(), color.green(), color.blue());
         if (!name) return fail(context, "no colour names to choose from");
         names.push_back(*name);
     }

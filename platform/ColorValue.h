@@ -56,7 +56,8 @@ public:
     // colorWithColorSpace:components:count: — `components` holds the space's components (alpha separate);
     // missing ones read as 0 and extra ones are dropped. A null space means sRGB.
     static ColorValue withComponents(std::shared_ptr<const ColorSpace> space, std::vector<double> components, double alpha = 1.0);
-    // A colour that is not component-based (a pattern or catalog colour): it converts to nothing.
+    // A colour that is not component-based (a pattern or catalog colour; `componentBased` gives a pattern):
+    // it converts to nothing.
     static ColorValue nonComponent(ColorType type);
 
     ColorType type() const { return type_; }

@@ -1,6 +1,6 @@
 #pragma once
-// One factory per coder, each defined in its coder's own file. A coder not built yet has its
-// factory in NotYetBuilt.cpp, which answers notImplemented until the coder lands.
+// One factory per coder, each defined in its coder's own file. Formats without a coder of their
+// own get makeNotYetBuiltCoder's, which answers notImplemented.
 #include <memory>
 
 #include "exchange/PaletteCoder.h"

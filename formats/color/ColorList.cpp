@@ -1,6 +1,8 @@
 #include "formats/color/ColorList.h"
 
 #include <nlohmann/json.hpp>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
 
 #include "formats/color/ColorConversions.h"
 #include "platform/Resources.h"
@@ -8,12 +10,10 @@
 namespace kro {
 namespace {
 
-// Only ASCII letters change: the key is ASCII, and no other character equals an ASCII hex digit in any case.
-std::string asciiUpper(std::string text) {
-    for (char& c : text) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return text;
+// Texts equal without regard to case have the same folding ("FF", "ff" and the ligature "\uFB00" all fold to "ff").
+std::string caseFolded(const std::string& text) {
+    std::string folded;
+    return icu::UnicodeString::fromUTF8(text).foldCase(U_FOLD_CASE_DEFAULT).toUTF8String(folded);
 }
 
 }  // namespace
@@ -21,7 +21,7 @@ std::string asciiUpper(std::string text) {
 ColorList::ColorList(std::vector<Entry> names) : names_(std::move(names)) {
     for (const auto& entry : names_) {
         if (entry.size() != 2) break;
-        firstIndexByHex_.try_emplace(asciiUpper(entry[0]), walkComponents_.size());
+        firstIndexByHex_.try_emplace(caseFolded(entry[0]), walkComponents_.size());
         walkComponents_.push_back(scanHexPairs(entry[0]));
     }
 }
@@ -51,7 +51,7 @@ const ColorList& ColorList::shared() {
 }
 
 std::optional<std::size_t> ColorList::exactMatch(const std::string& key) const {
-    auto found = firstIndexByHex_.find(key);
+    auto found = firstIndexByHex_.find(caseFolded(key));
     if (found == firstIndexByHex_.end()) return std::nullopt;
     return found->second;
 }

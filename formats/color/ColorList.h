@@ -28,13 +28,13 @@ public:
     std::size_t walkLength() const { return walkComponents_.size(); }
     // The 8-bit red, green and blue of each walked entry's hex text, as a scanner reads its pairs.
     const std::vector<std::array<int, 3>>& walkComponents() const { return walkComponents_; }
-    // The first walked entry whose hex text equals `key` (upper-case hex digits) without regard to case.
+    // The first walked entry whose hex text equals `key` without regard to case.
     std::optional<std::size_t> exactMatch(const std::string& key) const;
 
 private:
     std::vector<Entry> names_;
     std::vector<std::array<int, 3>> walkComponents_;
-    std::unordered_map<std::string, std::size_t> firstIndexByHex_;
+    std::unordered_map<std::string, std::size_t> firstIndexByHex_;  // by case-folded hex text
 };
 
 }  // namespace kro

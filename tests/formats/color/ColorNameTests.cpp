@@ -43,6 +43,8 @@ TEST(ColorNameTest, AnExactMatchWinsWhereverItStands) {
     Names names = {{"FE0000", "Almost Red"}, {"00FF00", "Green"}, {"ff0000", "Red"}, {"FF0000", "Second Red"}};
     EXPECT_EQ(nameIn(names, 1, 0, 0), "Red");  // also in another case, and the first of two
     EXPECT_EQ(nameIn(names, 0.99, 0, 0), "Almost Red");
+    // Case is compared as Unicode folds it: the ligature "ﬀ" is "ff".
+    EXPECT_EQ(nameIn({{"FE0000", "Near"}, {"\uFB00""0000", "Ligature"}}, 1, 0, 0), "Ligature");
 }
 
 TEST(ColorNameTest, TruncatedDistancesTieAndTheEarlierEntryKeepsTheWin) {
