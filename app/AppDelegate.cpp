@@ -6,6 +6,7 @@
 #include "cloud/CloudSync.h"
 #include "cloud/ConfiguredCloudSession.h"
 #include "cloud/Snapshots.h"
+#include "formats/ColorFormatUndo.h"
 #include "formats/ColorFormats.h"
 #include "formats/SmartFormats.h"
 #include "formats/SmartProfiles.h"
@@ -103,7 +104,10 @@ void AppDelegate::applicationDidFinishLaunching() {
         });
     });
 
-    ColorFormats::shared().load();
+    // The catalogue's first undo state is recorded half a second after it loads.
+    ColorFormats::shared().load([](bool success, const std::optional<std::string>&) {
+        if (success) ColorFormatUndo::shared().save(ColorFormats::shared(), 0.5);
+    });
     SmartFormats::shared().load();
     SmartProfiles::shared().load();
     Snapshots::shared().load();
@@ -113,6 +117,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     addObservers();
 
     User::shared()->fixUUIDS();
+    ColorFormats::shared().fixUUIDS();
     applyTheme();
 
     if (Preferences::needsOnboardingDisplay()) {

@@ -2,6 +2,7 @@
 // A colour given on the command line: six hex digits with or without "#", or any colour text that colour
 // recognition finds (the first colour found), such as "rgb(255, 0, 128)" or "rebeccapurple".
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/ColorValue.h"
@@ -9,5 +10,8 @@
 namespace kro::cli {
 
 std::optional<ColorValue> parseColorArgument(std::string_view text);
+
+// The error every command gives for a colour it cannot read: "cannot read colour '…'".
+std::string cannotReadColour(std::string_view text);
 
 }  // namespace kro::cli

@@ -23,7 +23,7 @@ std::optional<std::vector<ColorValue>> colorArguments(CommandContext& context, c
     for (const auto& text : texts) {
         auto color = parseColorArgument(text);
         if (!color) {
-            fail(context, "not a colour: " + text);
+            fail(context, cannotReadColour(text));
             return std::nullopt;
         }
         colors.push_back(*color);

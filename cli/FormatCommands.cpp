@@ -58,7 +58,7 @@ int runFormat(CommandContext& context) {
     std::vector<ColorValue> colors;
     for (const auto& arg : request->colors) {
         auto color = parseColorArgument(arg);
-        if (!color) return fail(context, "not a colour: " + arg);
+        if (!color) return fail(context, cannotReadColour(arg));
         colors.push_back(*color);
     }
 

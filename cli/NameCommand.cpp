@@ -3,13 +3,11 @@
 #include <ostream>
 #include <vector>
 
-#include "formats/color/ColorConversions.h"
+#include "cli/ColorArgument.h"
 #include "formats/color/ColorName.h"
 
 namespace kro::cli {
 namespace {
-
-bool isHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 
 int runName(CommandContext& context);
 
@@ -23,8 +21,8 @@ int runName(CommandContext& context) {
     // Every colour is read before anything is written, so a bad one leaves no partial answer.
     std::vector<ColorValue> colors;
     for (const auto& arg : context.args) {
-        auto color = parseHexArgument(arg);
-        if (!color) return fail(context, "not a colour: " + arg);
+        auto color = parseColorArgument(arg);
+        if (!color) return fail(context, cannotReadColour(arg));
         colors.push_back(*color);
     }
     std::vector<std::string> names;
@@ -40,14 +38,5 @@ int runName(CommandContext& context) {
 }  // namespace
 
 void registerNameCommands(CommandTable& table) { table.insert_or_assign("name", nameCommand()); }
-
-std::optional<ColorValue> parseHexArgument(std::string_view text) {
-    if (!text.empty() && text.front() == '#') text.remove_prefix(1);
-    if (text.size() != 6) return std::nullopt;
-    for (char c : text) {
-        if (!isHexDigit(c)) return std::nullopt;
-    }
-    return colorFromHex(text);
-}
 
 }  // namespace kro::cli

@@ -9,8 +9,13 @@
 namespace kro {
 namespace {
 
-// Quoting of an Exec argument by the desktop entry rules.
-std::string quotedArgument(const std::string& argument) {
+// Quoting of an Exec argument by the desktop entry rules ("%" is a field code there, so it is doubled).
+std::string quotedArgument(const std::string& path) {
+    std::string argument;
+    for (char c : path) {
+        argument += c;
+        if (c == '%') argument += '%';
+    }
     if (argument.find_first_of(" \t\n\"'\\><~|&;$*?#()`") == std::string::npos) return argument;
     std::string quoted = "\"";
     for (char c : argument) {

@@ -75,7 +75,7 @@ void Picker::open(PickerSource newSource, double delay, std::function<void(bool)
     env().mainQueue->post(
         [this, generation, completion] {
             if (generation != showGeneration) return;
-            show(generation);
+            show();
             pickerImage.startCapture([this, generation, completion] { reveal(generation, completion); });
             env().mainQueue->post([this, generation, completion] { reveal(generation, completion); }, kRevealTimeout);
         },
@@ -87,7 +87,7 @@ void Picker::open(PickerSource newSource, double delay, std::function<void(bool)
         kOptionsDelay);
 }
 
-void Picker::show(int) {
+void Picker::show() {
     initialShowCompleted = false;
     alpha = 0;
     if (services_.window) {
@@ -110,7 +110,7 @@ void Picker::reveal(int generation, std::function<void(bool)> completion) {
     if (!pickerTutorial.visible) {
         if (services_.pointer) pickerTutorial.center = services_.pointer->location();
         pickerTutorial.visible = true;
-        showHint(hintFor(mode, colors.size()), kHintDelay);
+        showHint(hintFor(mode), kHintDelay);
     }
     if (services_.workspace) services_.workspace->refresh();
 }
@@ -372,7 +372,7 @@ void Picker::afterConfirm() {
     if (!pickerTutorial.visible) {
         if (services_.pointer) pickerTutorial.center = services_.pointer->location();
         pickerTutorial.visible = true;
-        showHint(hintFor(mode, colors.size()), kHintDelay);
+        showHint(hintFor(mode), kHintDelay);
     }
 }
 

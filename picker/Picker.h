@@ -88,7 +88,7 @@ public:
     PickerDelegate* pickerDelegate = nullptr;
 
 private:
-    void show(int generation);
+    void show();
     void reveal(int generation, std::function<void(bool)> completion);
     void setPrecisionMode(bool value);
     void mouseMoved(const PointerEvent& event);

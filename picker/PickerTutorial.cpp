@@ -2,8 +2,7 @@
 
 namespace kro {
 
-PickerHint hintFor(PickerMode mode, size_t count) {
-    (void)count;
+PickerHint hintFor(PickerMode mode) {
     switch (mode) {
         case PickerMode::standard: return PickerHint::standard;
         case PickerMode::multiple: return PickerHint::multiple;

@@ -11,8 +11,8 @@ namespace kro {
 
 enum class PickerHint { standard, multiple, contrast, plugin, precision, size, zoom, command };
 
-// The hint for a session of `mode` that holds `count` colours.
-PickerHint hintFor(PickerMode mode, size_t count);
+// The hint for a session of `mode`; its text also tells how many colours are held.
+PickerHint hintFor(PickerMode mode);
 std::string hintText(PickerHint hint, size_t count);
 
 struct PickerTutorial {

@@ -4,6 +4,7 @@
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <memory>
@@ -17,8 +18,8 @@ namespace kro::ImportColor {
 namespace {
 
 // The matching work one recogniser may spend on one text, in ICU's units of ten thousand steps, counted
-// over all the searches of its matcher. Ordinary text costs well under one unit per 10 KB; text made to
-// backtrack without end stops after a few tens of milliseconds.
+// over all the searches of its matcher. Ordinary text costs about one unit per 10 KB, so some 2 MB are read
+// in full; text made to backtrack without end stops after a few tens of milliseconds.
 constexpr int32_t kMatchTimeLimit = 200;
 
 using Numbers = std::vector<std::string>;

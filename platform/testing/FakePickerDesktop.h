@@ -3,6 +3,7 @@
 // menus, simulated keys, sounds and windows under the pointer.
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -90,6 +91,7 @@ struct FakeLoupeWindow final : LoupeWindow {
 
 struct FakeHotKeyCenter final : HotKeyCenter {
     bool registerHotKey(int flags, int code, int identifier, const std::string& label) override {
+        if (taken.count(identifier)) return false;
         registered[identifier] = {flags, code};
         labels.push_back(label);
         return true;
@@ -100,6 +102,7 @@ struct FakeHotKeyCenter final : HotKeyCenter {
     }
     std::map<int, std::pair<int, int>> registered;
     std::vector<std::string> labels;
+    std::set<int> taken;  // held by another program
 };
 
 struct FakePopUpMenu final : PopUpMenu {

