@@ -6,6 +6,7 @@
 #include "cloud/CloudSync.h"
 #include "cloud/ConfiguredCloudSession.h"
 #include "cloud/Snapshots.h"
+#include "documents/DocumentHandler.h"
 #include "formats/ColorFormatUndo.h"
 #include "formats/ColorFormats.h"
 #include "formats/SmartFormats.h"
@@ -264,8 +265,8 @@ void AppDelegate::showStatusTooltip(const std::string& message, double seconds) 
 }
 
 void AppDelegate::applicationOpenFiles(const std::vector<std::string>& paths) {
-    // Importing documents and palette files arrives with the document handler.
-    for (const auto& path : paths) SHERLOG("Open file (not supported yet): " + path, SherlogLevel::info);
+    const auto summary = DocumentHandler::openFiles(paths);
+    showStatusTooltip(summary.message(), kTooltipSeconds);
 }
 
 std::string AppDelegate::handleAgentRequest(const std::string& line) {

@@ -4,6 +4,7 @@
 
 #include "cli/AccountCommands.h"
 #include "cli/ColorCommands.h"
+#include "cli/DocumentCommands.h"
 #include "cli/ExchangeCommands.h"
 #include "cli/FormatCommands.h"
 #include "cli/NameCommand.h"
@@ -18,6 +19,7 @@ const CommandTable& commandTable() {
         registerColorCommands(commands);
         registerExchangeCommands(commands);
         registerAccountCommands(commands);
+        registerDocumentCommands(commands);
         return commands;
     }();
     return table;

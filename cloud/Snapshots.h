@@ -13,6 +13,9 @@ namespace kro {
 
 class Snapshots {
 public:
+    // Empty, created now.
+    Snapshots();
+
     static Snapshots& shared();
     // Back to an empty list in memory (tests; a full reset).
     static void resetShared();
@@ -40,8 +43,6 @@ public:
     std::vector<SnapshotRef> snapshots;
     std::string createdAt;
     std::optional<std::string> updatedAt;
-
-    Snapshots();
 };
 
 }  // namespace kro

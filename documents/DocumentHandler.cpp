@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <variant>
 
 #include "cloud/Snapshots.h"
+#include "documents/KroDocument.h"
 #include "documents/PaletteMapping.h"
 #include "exchange/PalErrors.h"
 #include "exchange/PaletteCoder.h"
 #include "formats/ColorFormats.h"
-#include "library/JsonDecode.h"
 #include "library/Notifications.h"
-#include "library/SealedDocument.h"
 #include "library/Sherlog.h"
 #include "library/User.h"
 #include "platform/Environment.h"
@@ -36,16 +36,6 @@ std::string stem(const std::string& path) {
     return dot == std::string::npos || dot == 0 ? name : name.substr(0, dot);
 }
 
-// The document's JSON, sealed or plain. The forgiving record decoders take almost any object, so the one
-// key every record of the kind writes must be there: a colour saved as ".palette" is not a palette.
-Json readDocument(const std::string& bytes, const char* requiredKey) {
-    const auto json = readSealedDocument(bytes);
-    if (!json.is_object() || !json.contains(requiredKey)) {
-        throw Skipped(std::string("not a document of its kind (no \"") + requiredKey + "\")");
-    }
-    return json;
-}
-
 class Import {
 public:
     ImportSummary summary;
@@ -55,15 +45,14 @@ public:
         const auto bytes = env().files->read(path);
         if (!bytes) throw Skipped("cannot read the file");
         const auto extension = lowercased(fileExtension(path));
-        if (extension == "palette") return addPalette(Palette::fromJson(readDocument(*bytes, "colors")));
-        if (extension == "color") return addColor(Color::fromJson(readDocument(*bytes, "hex")));
-        if (extension == "format") return addFormat(ColorFormatItem::fromJson(readDocument(*bytes, "clipboardFormat")));
-        if (extension == "snapshot") return addSnapshot(Snapshot::fromJson(readDocument(*bytes, "palettes")));
+        if (const auto kind = documentKind(extension)) {
+            return std::visit([this](const auto& record) { add(record); }, readDocument(*kind, *bytes));
+        }
         addExchangePalette(*bytes, extension, stem(path));
     }
 
 private:
-    void addPalette(const PaletteRef& palette) {
+    void add(const PaletteRef& palette) {
         auto& user = *User::shared();
         if (user.palette(palette->uuid)) {
             ++summary.duplicates;
@@ -75,7 +64,7 @@ private:
         libraryChanged = true;
     }
 
-    void addColor(const ColorRef& color) {
+    void add(const ColorRef& color) {
         auto& history = *User::shared()->history;
         if (history.lock) throw Skipped("the history is locked");
         if (history.containsHex(color->hex)) {
@@ -92,7 +81,7 @@ private:
         libraryChanged = true;
     }
 
-    void addFormat(const ColorFormatItemRef& format) {
+    void add(const ColorFormatItemRef& format) {
         auto& formats = ColorFormats::shared();
         const bool known = std::any_of(formats.formats.begin(), formats.formats.end(),
                                        [&](const ColorFormatItemRef& item) { return item->uuid == format->uuid; });
@@ -111,7 +100,7 @@ private:
         ++summary.formats;
     }
 
-    void addSnapshot(const SnapshotRef& snapshot) {
+    void add(const SnapshotRef& snapshot) {
         if (Snapshots::shared().add(snapshot)) {
             ++summary.snapshots;
         } else {
@@ -133,7 +122,7 @@ private:
         auto colors = libraryColors(exchanged);
         if (colors.empty()) throw Skipped("the palette holds no colours");
         auto& user = *User::shared();
-        auto palette = Palette::make(std::move(colors), user.uniquePaletteName(exchanged.name.empty() ? fileStem : exchanged.name));
+        auto palette = Palette::make(std::move(colors), exchanged.name.empty() ? fileStem : exchanged.name);
         user.palettes.push_back(palette);
         ++summary.palettes;
         libraryChanged = true;
@@ -153,7 +142,8 @@ std::string ImportSummary::message() const {
     if (formats) parts.push_back(counted(formats, "format", "formats"));
     if (snapshots) parts.push_back(counted(snapshots, "snapshot", "snapshots"));
     if (parts.empty()) {
-        if (!failed.empty()) return failed.size() == 1 ? "Could not import " + fileName(failed[0]) : "Could not import " + counted(static_cast<int>(failed.size()), "file", "files");
+        if (failed.size() == 1) return "Could not import " + fileName(failed[0].path);
+        if (!failed.empty()) return "Could not import " + counted(static_cast<int>(failed.size()), "file", "files");
         return duplicates ? "Already in your library" : "Nothing to import";
     }
     std::string text = "Imported ";
@@ -172,7 +162,7 @@ ImportSummary DocumentHandler::openFiles(const std::vector<std::string>& paths) 
             import.open(path);
         } catch (const std::exception& error) {
             // Record decoding, JSON and exchange errors alike: the file is skipped, the others go on.
-            import.summary.failed.push_back(path);
+            import.summary.failed.push_back({path, error.what()});
             SHERLOG("Import skipped " + path + ": " + error.what(), SherlogLevel::error);
         }
     }

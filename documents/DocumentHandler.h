@@ -8,13 +8,18 @@
 
 namespace kro {
 
+struct SkippedFile {
+    std::string path;
+    std::string reason;
+};
+
 struct ImportSummary {
     int palettes = 0;
     int colors = 0;
     int formats = 0;
     int snapshots = 0;
     int duplicates = 0;  // already there, so not added again
-    std::vector<std::string> failed;  // paths that were skipped
+    std::vector<SkippedFile> failed;
 
     bool importedAnything() const { return palettes + colors + formats + snapshots > 0; }
     // The one line shown at the tray: "Imported 2 palettes and 1 color", or why nothing was.

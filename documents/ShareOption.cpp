@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <cctype>
 #include <set>
 
 #include "documents/PaletteMapping.h"

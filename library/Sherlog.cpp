@@ -9,14 +9,19 @@
 namespace kro {
 namespace {
 
-unsigned startingEnvironment() {
+// KRO_LOG=1 is a developer asking to see the log: every level, on standard output.
+bool developerLog() {
     const char* log = std::getenv("KRO_LOG");
+    return log && std::strcmp(log, "1") == 0;
+}
+
+unsigned startingEnvironment() {
     const unsigned shipped = 1;
-    return log && std::strcmp(log, "1") == 0 ? shipped | SherlogEnvironment::standardOutput.rawValue : shipped;
+    return developerLog() ? shipped | SherlogEnvironment::standardOutput.rawValue : shipped;
 }
 
 // Set once at start; atomics only so that a test changing them never races a background logger.
-std::atomic<unsigned> gMuted{6};
+std::atomic<unsigned> gMuted{developerLog() ? 0u : 6u};
 std::atomic<unsigned> gPrint{16};
 std::atomic<unsigned> gEnvironment{startingEnvironment()};
 
@@ -62,6 +67,8 @@ void Sherlog::print(const std::string& message, SherlogLevel level, const std::s
     if (text.empty()) return;
     std::fwrite(text.data(), 1, text.size(), stdout);
     std::fputc('\n', stdout);
+    // The agent's output often goes to a file: each line is there as soon as it is logged.
+    std::fflush(stdout);
 }
 
 void Sherlog::configure(SherlogLevel muted, SherlogPrint print, SherlogEnvironment environment) {

@@ -1,7 +1,7 @@
 #pragma once
 // The one logger. Three bit sets decide whether and how a line prints: the muted levels, the parts of
 // a line, and the environment. A shipped program's log is silent (the environment lacks bit 2), yet every
-// call is still made with the caller's file, function and line. KRO_LOG=1 turns output on.
+// call is still made with the caller's file, function and line. KRO_LOG=1 turns output on, for every level.
 #include <atomic>
 #include <string>
 
@@ -50,7 +50,8 @@ public:
     static std::string format(const std::string& message, SherlogLevel level, const std::string& file,
                               const std::string& function, int line);
 
-    // The three values are set once, at start (muted 6, print 16, environment 1; environment 1|2 under KRO_LOG=1).
+    // The three values are set once, at start (muted 6, print 16, environment 1; under KRO_LOG=1 muted 0 and
+    // environment 1|2).
     // Tests set them to look at the lines.
     static void configure(SherlogLevel muted, SherlogPrint print, SherlogEnvironment environment);
     static SherlogLevel muted();

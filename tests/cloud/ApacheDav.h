@@ -8,7 +8,7 @@ namespace kro::testing {
 
 class ApacheDav {
 public:
-    // Nothing when this machine has no apache2; the reason when it has one that would not start.
+    // The server program; nothing when this machine has no apache2.
     static std::optional<std::string> apacheBinary();
 
     ApacheDav(const std::string& user, const std::string& password);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -13,8 +15,16 @@ namespace {
 
 Palette decodeGIMP(std::string_view text) { return coder(PaletteFormat::gimp)->decode(text); }
 
-std::string sampleText(const std::string& name) {
-    std::ifstream file(std::string(KRO_TEST_DATA) + "/exchange/" + name, std::ios::binary);
+// The folder of palettes fetched from GIMP's, Inkscape's and Krita's Debian packages (one sub-folder each).
+std::filesystem::path realPalettes() {
+    const char* folder = std::getenv("KRO_REAL_PALETTES");
+    return folder ? folder : "";
+}
+
+std::string sampleText(const std::filesystem::path& relative) {
+    const auto path = realPalettes() / relative;
+    std::ifstream file(path, std::ios::binary);
+    if (!file) ADD_FAILURE() << "missing real palette " << path << " (run through CTest, which fetches them)";
     std::stringstream bytes;
     bytes << file.rdbuf();
     return bytes.str();
@@ -103,24 +113,24 @@ TEST(GIMPCoderTest, RefusesWhatIsNotAGIMPPalette) {
 }
 
 TEST(GIMPCoderTest, ReadsGIMPsAndInkscapesOwnPalettes) {
-    const Palette tango = decodeGIMP(sampleText("gimp-Tango.gpl"));
+    const Palette tango = decodeGIMP(sampleText("gimp-data/Tango.gpl"));
     EXPECT_EQ(tango.name, "Tango Icon Theme");
     ASSERT_EQ(tango.colors.size(), 27u);
     EXPECT_EQ(tango.colors[0], Color::rgb255(252, 233, 79, 255, "Butter 1"));
     EXPECT_EQ(tango.colors[26], Color::rgb255(46, 52, 54, 255, "Aluminium 6"));
 
-    const Palette warm = decodeGIMP(sampleText("gimp-Warm_Colors.gpl"));
+    const Palette warm = decodeGIMP(sampleText("gimp-data/Warm_Colors.gpl"));
     EXPECT_EQ(warm.name, "Warm Colors");
     ASSERT_EQ(warm.colors.size(), 7u);
     EXPECT_EQ(warm.colors[6], Color::rgb255(117, 0, 0));
 
-    const Palette inkscape = decodeGIMP(sampleText("inkscape-default.gpl"));
+    const Palette inkscape = decodeGIMP(sampleText("inkscape/inkscape.gpl"));
     EXPECT_EQ(inkscape.name, "Inkscape default");
     ASSERT_EQ(inkscape.colors.size(), 431u);
     EXPECT_EQ(inkscape.colors[1], Color::rgb255(26, 26, 26, 255, "90% Gray"));
     EXPECT_TRUE(inkscape.colors.back().name.empty());
 
-    const Palette android = decodeGIMP(sampleText("inkscape-Android-icon-palette.gpl"));
+    const Palette android = decodeGIMP(sampleText("inkscape/Android-icon-palette.gpl"));
     EXPECT_EQ(android.colors.size(), 15u);
 
     // What we write from them reads back the same.
@@ -129,4 +139,28 @@ TEST(GIMPCoderTest, ReadsGIMPsAndInkscapesOwnPalettes) {
         EXPECT_EQ(again.name, palette->name);
         EXPECT_EQ(again.colors, palette->colors);
     }
+}
+
+TEST(GIMPCoderTest, EveryPaletteGIMPInkscapeAndKritaShipReadsAndWritesBack) {
+    size_t files = 0;
+    for (const auto* package : {"gimp-data", "inkscape", "krita-data"}) {
+        size_t inPackage = 0;
+        for (const auto& entry : std::filesystem::directory_iterator(realPalettes() / package)) {
+            if (entry.path().extension() != ".gpl") continue;
+            ++inPackage;
+            const auto name = entry.path().filename().string();
+            Palette palette;
+            try {
+                palette = decodeGIMP(sampleText(entry.path()));
+            } catch (const std::exception& error) {
+                ADD_FAILURE() << package << "/" << name << ": " << error.what();
+                continue;
+            }
+            EXPECT_FALSE(palette.colors.empty()) << package << "/" << name;
+            EXPECT_EQ(decodeGIMP(coder(PaletteFormat::gimp)->encode(palette)).colors, palette.colors) << package << "/" << name;
+        }
+        EXPECT_GT(inPackage, 0u) << "no palettes fetched from " << package;
+        files += inPackage;
+    }
+    EXPECT_GT(files, 30u);
 }
