@@ -6,6 +6,8 @@ namespace kro::testing {
 
 struct ManualQueue::TimerState {
     bool valid = true;
+    Task tick;
+    std::chrono::system_clock::duration step{};
 };
 
 class ManualQueue::ManualTimer final : public Timer {
@@ -29,19 +31,23 @@ void ManualQueue::post(Task task, Seconds delay) {
 
 std::unique_ptr<Timer> ManualQueue::scheduleRepeating(Seconds interval, Task tick) {
     auto state = std::make_shared<TimerState>();
+    state->tick = std::move(tick);
+    state->step = std::chrono::duration_cast<std::chrono::system_clock::duration>(interval);
     timers_.push_back(state);
-    const auto step = std::chrono::duration_cast<std::chrono::system_clock::duration>(interval);
-    // Each tick schedules the next one while the timer stays valid.
-    auto repeat = std::make_shared<Task>();
-    std::weak_ptr<TimerState> weak = state;
-    *repeat = [this, weak, step, tick, repeat]() {
+    scheduleTick(state);
+    return std::make_unique<ManualTimer>(state);
+}
+
+// The timer object owns its state; queued ticks hold it weakly, so a dropped timer frees everything.
+void ManualQueue::scheduleTick(const std::weak_ptr<TimerState>& weak) {
+    auto state = weak.lock();
+    if (!state) return;
+    schedule(clock_.now() + state->step, [this, weak] {
         auto alive = weak.lock();
         if (!alive || !alive->valid) return;
-        tick();
-        if (alive->valid) schedule(clock_.now() + step, *repeat);
-    };
-    schedule(clock_.now() + step, *repeat);
-    return std::make_unique<ManualTimer>(state);
+        alive->tick();
+        if (alive->valid) scheduleTick(weak);
+    });
 }
 
 bool ManualQueue::runNextDueBy(TimePoint limit) {

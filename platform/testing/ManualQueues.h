@@ -34,6 +34,7 @@ private:
     class ManualTimer;
 
     void schedule(TimePoint due, Task task);
+    void scheduleTick(const std::weak_ptr<TimerState>& state);
     bool runNextDueBy(TimePoint limit);
 
     ManualClock& clock_;

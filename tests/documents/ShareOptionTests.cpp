@@ -100,6 +100,7 @@ TEST_F(ShareOptionTest, ExportFailsWhenTheFolderCannotBeMade) {
 }
 
 TEST(PalettePDF, RowTextsAndPageSizeFollowThePalette) {
+    kro::testing::TestEnvironment environment;
     EXPECT_EQ(rgbaLine(*Color::make(1, 0.5, 0, 0.25)), "RGBA(255, 128, 0, 0.25)");
     EXPECT_EQ(hslaLine(*Color::make(1, 0, 0, 0.5)), "hsla(0, 100%, 50%, 0.50)");
     EXPECT_EQ(readableDate(std::string("2026-11-21T12:29:08Z")), "21 Nov 2026, 12:29 UTC");

@@ -120,13 +120,13 @@ TEST(BytesReader, SeekingInMemoryAndRefusedOnStreams) {
 }
 
 TEST(BytesReader, FixedLengthStrings) {
-    BytesReader reader(std::string("AB\0\0" "Caf\xC3\xA9" "\xE9t\xE9" "\x80", 15));
+    BytesReader reader(std::string("AB\0\0" "Caf\xC3\xA9" "\xE9t\xE9" "\x80", 13));
     EXPECT_EQ(reader.readString(TextEncoding::ascii, 4, true), std::string("AB\0", 3)) << "one terminator byte only";
     EXPECT_EQ(reader.readString(TextEncoding::utf8, 5), "Café");
     EXPECT_EQ(reader.readString(TextEncoding::isoLatin1, 3), "été");
     EXPECT_EQ(readerError([&] { reader.readString(TextEncoding::ascii, 1); }), ReaderError::invalidStringEncoding);
 
-    BytesReader wide(std::string("\x00H\x00i\xD8\x3D\xDE\x00" "a\x00" "\xDC\x00", 14));
+    BytesReader wide(std::string("\x00H\x00i\xD8\x3D\xDE\x00" "a\x00" "\xDC\x00", 12));
     EXPECT_EQ(wide.readUTF16String(4, TextEncoding::utf16BigEndian), "Hi😀");
     EXPECT_EQ(wide.readUTF16String(1, TextEncoding::utf16LittleEndian), "a");
     EXPECT_EQ(readerError([&] { wide.readUTF16String(1, TextEncoding::utf16BigEndian); }), ReaderError::invalidStringEncoding)
@@ -153,7 +153,7 @@ TEST(BytesReader, PascalUTF16Strings) {
                                    "\0\0\0\x02\0C\0\0"
                                    "\0\0\0\x01\xD8\x00"
                                    "\0\0\0\x00",
-                                   28));
+                                   26));
     EXPECT_EQ(reader.readPascalUTF16String(), "AB");
     EXPECT_EQ(reader.readPascalUTF16String(), "C");
     EXPECT_EQ(reader.readPascalUTF16String(), "");
