@@ -52,7 +52,8 @@ start_agent() {
     agent_runs=$((agent_runs + 1))
     "$KRO" >"$WORK/agent-$agent_runs.log" 2>&1 &
     AGENT_PID=$!
-    for _ in $(seq 150); do
+    # Generous: a sanitizer build on a loaded machine starts slowly.
+    for _ in $(seq 600); do
         [[ -S $XDG_RUNTIME_DIR/kroapp.Kro.socket ]] && grep -q "Kro is running" "$WORK/agent-$agent_runs.log" && return 0
         kill -0 "$AGENT_PID" 2>/dev/null || fail "the agent exited at start"
         sleep 0.1
@@ -75,7 +76,7 @@ USER_JSON=$XDG_DATA_HOME/kroapp.Kro/v5/user.json
 # Waits until the library file satisfies a Python expression over `user` (the parsed JSON).
 wait_for_library() {
     local expression=$1
-    for _ in $(seq 50); do
+    for _ in $(seq 200); do
         if [[ -f $USER_JSON ]] && python3 - "$USER_JSON" "$expression" <<'PY'
 import json, sys
 user = json.load(open(sys.argv[1]))
