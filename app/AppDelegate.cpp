@@ -23,6 +23,7 @@
 #include "picker/CMD.h"
 #include "picker/HotKeys.h"
 #include "picker/Sound.h"
+#include "platform/AgentChannel.h"
 #include "platform/Environment.h"
 #include "platform/Json.h"
 
@@ -278,7 +279,7 @@ std::string AppDelegate::handleAgentRequest(const std::string& line) {
     for (const auto& item : request["open"]) {
         if (!item.is_string()) continue;
         const auto arg = item.get<std::string>();
-        if (urlCommandComponents(arg) && arg.find(':') < arg.find('/')) {
+        if (isURLArgument(arg)) {
             handleURL(arg);
         } else {
             files.push_back(arg);

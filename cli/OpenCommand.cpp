@@ -16,11 +16,6 @@
 namespace kro::cli {
 namespace {
 
-bool looksLikeURL(const std::string& arg) {
-    const auto colon = arg.find(':');
-    return colon != std::string::npos && colon > 0 && arg.find('/') > colon;
-}
-
 bool hasDisplay() {
     const char* x11 = std::getenv("DISPLAY");
     const char* wayland = std::getenv("WAYLAND_DISPLAY");
@@ -51,7 +46,7 @@ bool startAgent(const std::string& selfPath, const Paths& paths) {
 std::string openRequest(const std::vector<std::string>& args, const std::string& workingFolder) {
     Json list = Json::array();
     for (const auto& arg : args) {
-        if (looksLikeURL(arg) || arg.empty() || arg[0] == '/') {
+        if (isURLArgument(arg) || arg.empty() || arg[0] == '/') {
             list.push_back(arg);
         } else {
             list.push_back(workingFolder + "/" + arg);

@@ -14,6 +14,11 @@
 namespace kro {
 
 std::string agentSocketPath(const Paths& paths) { return paths.runtimeDir + "/" + kBundleIdentifier + ".socket"; }
+bool isURLArgument(const std::string& arg) {
+    const auto colon = arg.find(':');
+    return colon != std::string::npos && colon > 0 && arg.find('/') > colon;
+}
+
 std::string agentLockPath(const Paths& paths) { return paths.runtimeDir + "/" + kBundleIdentifier + ".lock"; }
 
 std::optional<std::string> sendToAgent(const std::string& socketPath, const std::string& line, double timeoutSeconds) {

@@ -9,6 +9,10 @@
 namespace kro {
 
 std::string agentSocketPath(const Paths& paths);
+
+// Whether an argument of `kro open` is a URL ("kro://…", "kro:…") rather than a file path: a scheme
+// before any "/".
+bool isURLArgument(const std::string& arg);
 std::string agentLockPath(const Paths& paths);
 
 // Sends one line and waits up to `timeoutSeconds` for the reply line. Nothing when no agent listens.
