@@ -6,27 +6,12 @@
 
 #include "cloud/CloudRecord.h"
 #include "cloud/UserUpdate.h"
+#include "fuzz/FuzzEnvironment.h"
 #include "library/JsonDecode.h"
 #include "library/User.h"
-#include "platform/Environment.h"
-
-namespace {
-
-bool installOnce() {
-    static kro::SystemClock clock;
-    static kro::NotificationCenter notifications;
-    kro::Environment environment;
-    environment.clock = &clock;
-    environment.notifications = &notifications;
-    kro::installEnvironment(environment);
-    return true;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const bool installed = installOnce();
-    (void)installed;
+    installFuzzEnvironment();
     kro::CloudRecord record;
     try {
         record.document = kro::parseCloudDocument(std::string_view(reinterpret_cast<const char*>(data), size));

@@ -7,25 +7,12 @@
 #include <string_view>
 
 #include "documents/KroDocument.h"
+#include "fuzz/FuzzEnvironment.h"
 #include "library/SealedDocument.h"
 #include "platform/Crypto.h"
-#include "platform/Environment.h"
-
-namespace {
-
-bool installOnce() {
-    static kro::SystemClock clock;
-    kro::Environment environment;
-    environment.clock = &clock;
-    kro::installEnvironment(environment);
-    return true;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const bool installed = installOnce();
-    (void)installed;
+    installFuzzEnvironment();
     if (size == 0) return 0;
     std::string_view rest(reinterpret_cast<const char*>(data) + 1, size - 1);
     const std::string bytes = (data[0] & 1) ? kro::sealBox(rest, kro::sealedDocumentKey()) : std::string(rest);

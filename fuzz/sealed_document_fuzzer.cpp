@@ -5,21 +5,13 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/FuzzEnvironment.h"
 #include "library/JsonDecode.h"
 #include "library/SealedDocument.h"
 #include "library/User.h"
 #include "platform/Crypto.h"
-#include "platform/Environment.h"
 
 namespace {
-
-bool installOnce() {
-    static kro::SystemClock clock;
-    kro::Environment environment;
-    environment.clock = &clock;
-    kro::installEnvironment(environment);
-    return true;
-}
 
 template <class Decode>
 void tryDecode(const kro::Json& json, Decode decode) {
@@ -32,8 +24,7 @@ void tryDecode(const kro::Json& json, Decode decode) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const bool installed = installOnce();
-    (void)installed;
+    installFuzzEnvironment();
     if (size == 0) return 0;
     std::string_view rest(reinterpret_cast<const char*>(data) + 1, size - 1);
     const std::string bytes = (data[0] & 1) ? kro::sealBox(rest, kro::sealedDocumentKey()) : std::string(rest);

@@ -3,25 +3,12 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "fuzz/FuzzEnvironment.h"
 #include "library/JsonDecode.h"
 #include "library/User.h"
-#include "platform/Environment.h"
-
-namespace {
-
-bool installOnce() {
-    static kro::SystemClock clock;
-    kro::Environment environment;
-    environment.clock = &clock;
-    kro::installEnvironment(environment);
-    return true;
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const bool installed = installOnce();
-    (void)installed;
+    installFuzzEnvironment();
     std::shared_ptr<kro::User> user;
     try {
         user = kro::User::fromJson(kro::parseJson(std::string_view(reinterpret_cast<const char*>(data), size)));
