@@ -4,6 +4,7 @@
 #include "library/JsonDecode.h"
 #include "library/User.h"
 #include "platform/Environment.h"
+#include "platform/CaseText.h"
 
 namespace kro {
 namespace {
@@ -35,10 +36,7 @@ std::string text(SnapshotMachine machine) {
 }
 
 std::optional<SnapshotMachine> snapshotMachineFromText(const std::string& value) {
-    for (auto machine : kMachines) {
-        if (text(machine) == value) return machine;
-    }
-    return std::nullopt;
+    return caseFromText<SnapshotMachine>(value, kMachines);
 }
 
 Snapshot::Snapshot() : uuid(newUUID()), createdAt(dateText(env().clock->now())) {}

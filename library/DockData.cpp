@@ -6,6 +6,7 @@
 #include "library/DefaultsValue.h"
 #include "library/Notifications.h"
 #include "platform/Environment.h"
+#include "platform/CaseText.h"
 
 namespace kro {
 
@@ -20,11 +21,8 @@ std::string text(DockWindowPosition position) {
 }
 
 std::optional<DockWindowPosition> dockWindowPositionFromText(const std::string& value) {
-    for (auto position : {DockWindowPosition::left, DockWindowPosition::top, DockWindowPosition::right,
-                          DockWindowPosition::bottom}) {
-        if (text(position) == value) return position;
-    }
-    return std::nullopt;
+    return caseFromText<DockWindowPosition>(
+        value, {DockWindowPosition::left, DockWindowPosition::top, DockWindowPosition::right, DockWindowPosition::bottom});
 }
 
 namespace {

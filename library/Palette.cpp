@@ -12,6 +12,7 @@
 #include "library/Sherlog.h"
 #include "library/User.h"
 #include "platform/Environment.h"
+#include "platform/CaseText.h"
 
 namespace kro {
 
@@ -27,11 +28,9 @@ std::string text(PaletteColorSort sort) {
 }
 
 std::optional<PaletteColorSort> paletteColorSortFromText(const std::string& value) {
-    for (auto sort : {PaletteColorSort::none, PaletteColorSort::dateASC, PaletteColorSort::dateDESC,
-                      PaletteColorSort::nameASC, PaletteColorSort::nameDESC}) {
-        if (text(sort) == value) return sort;
-    }
-    return std::nullopt;
+    return caseFromText<PaletteColorSort>(
+        value, {PaletteColorSort::none, PaletteColorSort::dateASC, PaletteColorSort::dateDESC, PaletteColorSort::nameASC,
+                PaletteColorSort::nameDESC});
 }
 
 Palette::Palette() : uuid(newUUID()), createdAt(dateText(env().clock->now())) {}

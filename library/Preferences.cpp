@@ -7,6 +7,7 @@
 #include "library/Notifications.h"
 #include "library/Settings.h"
 #include "platform/Environment.h"
+#include "platform/CaseText.h"
 
 namespace kro {
 
@@ -20,10 +21,7 @@ std::string text(AppTheme theme) {
 }
 
 std::optional<AppTheme> appThemeFromText(const std::string& value) {
-    for (auto theme : {AppTheme::light, AppTheme::dark, AppTheme::automatic}) {
-        if (text(theme) == value) return theme;
-    }
-    return std::nullopt;
+    return caseFromText<AppTheme>(value, {AppTheme::light, AppTheme::dark, AppTheme::automatic});
 }
 
 std::string text(StatusItemStyle style) { return style == StatusItemStyle::single ? "single" : "extended"; }
@@ -45,10 +43,8 @@ std::string text(SnapshotRefresh refresh) {
 }
 
 std::optional<SnapshotRefresh> snapshotRefreshFromText(const std::string& value) {
-    for (auto refresh : {SnapshotRefresh::never, SnapshotRefresh::minute, SnapshotRefresh::hour, SnapshotRefresh::day}) {
-        if (text(refresh) == value) return refresh;
-    }
-    return std::nullopt;
+    return caseFromText<SnapshotRefresh>(
+        value, {SnapshotRefresh::never, SnapshotRefresh::minute, SnapshotRefresh::hour, SnapshotRefresh::day});
 }
 
 namespace {

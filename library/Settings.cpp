@@ -6,6 +6,7 @@
 #include "library/DefaultsValue.h"
 #include "library/Notifications.h"
 #include "platform/Environment.h"
+#include "platform/CaseText.h"
 
 namespace kro {
 
@@ -20,11 +21,8 @@ std::string text(ColorFormatSort sort) {
 }
 
 std::optional<ColorFormatSort> colorFormatSortFromText(const std::string& value) {
-    for (auto sort : {ColorFormatSort::dateASC, ColorFormatSort::dateDESC, ColorFormatSort::nameASC,
-                      ColorFormatSort::nameDESC}) {
-        if (text(sort) == value) return sort;
-    }
-    return std::nullopt;
+    return caseFromText<ColorFormatSort>(
+        value, {ColorFormatSort::dateASC, ColorFormatSort::dateDESC, ColorFormatSort::nameASC, ColorFormatSort::nameDESC});
 }
 
 namespace {

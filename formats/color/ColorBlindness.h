@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/ColorValue.h"
+#include "platform/CaseText.h"
 
 namespace kro {
 
@@ -26,10 +27,7 @@ inline std::string text(ColorBlindness blindness) {
 }
 
 inline std::optional<ColorBlindness> colorBlindnessFromText(const std::string& value) {
-    for (auto blindness : kAllColorBlindness) {
-        if (text(blindness) == value) return blindness;
-    }
-    return std::nullopt;
+    return caseFromText<ColorBlindness>(value, kAllColorBlindness);
 }
 
 // The colour as a person with `blindness` sees it (implemented with the contrast tools).

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/ColorValue.h"
+#include "platform/CaseText.h"
 
 namespace kro {
 
@@ -28,10 +29,7 @@ inline std::string text(ColorSpaceProfile profile) {
 
 // An unknown text gives no profile.
 inline std::optional<ColorSpaceProfile> colorSpaceProfileFromText(const std::string& value) {
-    for (auto profile : kAllColorSpaceProfiles) {
-        if (text(profile) == value) return profile;
-    }
-    return std::nullopt;
+    return caseFromText<ColorSpaceProfile>(value, kAllColorSpaceProfiles);
 }
 
 // The space a profile converts to; null for `native`, which keeps the display's own numbers.

@@ -5,6 +5,8 @@
 #include <set>
 #include <string>
 
+#include "platform/CaseText.h"
+
 namespace kro {
 
 enum class ImportColorPattern { html, cssHEX, cssRGB, cssHSL, appleHSB, appleRGB };
@@ -39,10 +41,7 @@ inline std::string caseName(ImportColorPattern pattern) {
 }
 
 inline std::optional<ImportColorPattern> importColorPatternFromText(const std::string& value) {
-    for (auto pattern : kAllImportColorPatterns) {
-        if (text(pattern) == value) return pattern;
-    }
-    return std::nullopt;
+    return caseFromText<ImportColorPattern>(value, kAllImportColorPatterns);
 }
 
 inline std::set<ImportColorPattern> allImportColorPatterns() {
