@@ -9,66 +9,24 @@
 #include "exchange/BytesReader.h"
 #include "exchange/PalErrors.h"
 #include "exchange/coders/Coders.h"
+#include "exchange/coders/TextSupport.h"
 
 namespace PAL {
 
 namespace {
 
+using textfile::isBlank;
+using textfile::singleLine;
+using textfile::splitLines;
+using textfile::trimmed;
+
 constexpr std::string_view magic = "GIMP Palette";
 // What GIMP, Krita and Aseprite write for an entry without a name.
 constexpr std::string_view untitled = "Untitled";
 
-bool isBlank(char c) { return c == ' ' || c == '\t'; }
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-    return text;
-}
-
-std::vector<std::string_view> splitLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    std::size_t start = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '\n' && text[i] != '\r') continue;
-        lines.push_back(text.substr(start, i - start));
-        if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') ++i;
-        start = i + 1;
-    }
-    if (start < text.size()) lines.push_back(text.substr(start));
-    return lines;
-}
-
-bool isValidUTF8(std::string_view text) {
-    for (std::size_t i = 0; i < text.size();) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        const std::size_t length = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
-        if (length == 0 || i + length > text.size()) return false;
-        for (std::size_t k = 1; k < length; ++k)
-            if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
-        i += length;
-    }
-    return true;
-}
-
-// Names are UTF-8; text in any other encoding is taken as Latin-1, as GIMP falls back to.
-std::string utf8Text(std::string_view text) {
-    if (isValidUTF8(text)) return std::string(text);
-    std::string out;
-    for (unsigned char c : text) {
-        if (c < 0x80) {
-            out.push_back(static_cast<char>(c));
-        } else {
-            out.push_back(static_cast<char>(0xC0 | (c >> 6)));
-            out.push_back(static_cast<char>(0x80 | (c & 0x3F)));
-        }
-    }
-    return out;
-}
-
-std::string entryName(std::string_view text) {
-    text = trimmed(text);
-    return text == untitled ? std::string() : utf8Text(text);
+std::string entryName(std::string_view rest) {
+    rest = trimmed(rest);
+    return rest == untitled ? std::string() : std::string(rest);
 }
 
 // "Key: value" before the first colour; keys start with a letter.
@@ -99,9 +57,8 @@ public:
 
     Palette decode(BytesParser::BytesReader& reader) const override {
         const auto bytes = reader.readAll();
-        std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-        const auto lines = splitLines(text);
+        const std::string content = textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        const auto lines = splitLines(content);
         if (lines.empty() || !lines.front().starts_with(magic)) throw CommonError(CommonError::Case::invalidFormat);
 
         Palette palette;
@@ -115,7 +72,7 @@ public:
                 const auto colon = line.find(':');
                 const auto key = line.substr(0, colon);
                 const auto value = trimmed(line.substr(colon + 1));
-                if (key == "Name") palette.name = utf8Text(value);
+                if (key == "Name") palette.name = std::string(value);
                 else if (key == "Channels") channels = channelCount(value);
                 // Columns only suggests a view width, and other keys are other programs' metadata.
                 continue;
@@ -157,18 +114,13 @@ private:
         return Color::rgb255(values[0], values[1], values[2], values[3], entryName(rest));
     }
 
-    static std::string singleLine(std::string text) {
-        std::replace_if(text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-        return text;
-    }
-
     static void writeColors(std::string& out, const std::vector<Color>& colors) {
         char numbers[32];
         for (const auto& color : colors) {
             const RGB rgb = color.rgb();
             const auto byte = [](double unit) { return static_cast<int>(std::round(std::clamp(unit, 0.0, 1.0) * 255)); };
             std::snprintf(numbers, sizeof numbers, "%3d %3d %3d\t", byte(rgb.rf), byte(rgb.gf), byte(rgb.bf));
-            const std::string name = singleLine(std::string(trimmed(color.name)));
+            const std::string name = singleLine(trimmed(color.name));
             out += numbers;
             out += name.empty() ? std::string(untitled) : name;
             out += '\n';
