@@ -112,7 +112,7 @@ public:
 
     bool copyFields(const SmartList& other) {
         bool same = createdAt == other.createdAt && updatedAt == other.updatedAt && items.size() == other.items.size();
-        for (auto a = items.begin(), b = other.items.begin(); same && a != items.end(); ++a, ++b) {
+        for (auto a = items.cbegin(), b = other.items.cbegin(); same && a != items.cend(); ++a, ++b) {
             same = a->first == b->first && *a->second == *b->second;
         }
         if (same) return false;
