@@ -60,10 +60,10 @@ inline CommandResult run(const std::filesystem::path& folder, const std::string&
     return result;
 }
 
-// Python run from a script given as text, in `folder`.
-inline CommandResult python(const std::filesystem::path& folder, const std::string& script) {
+// A python3 script given as text, run in `folder` with the given (shell-quoted) arguments.
+inline CommandResult python(const std::filesystem::path& folder, const std::string& script, const std::string& arguments = "") {
     writeFile(folder / "script.py", script);
-    return run(folder, "python3 script.py");
+    return run(folder, "python3 script.py " + arguments);
 }
 
 inline std::uint32_t get32(std::string_view bytes, std::size_t at) {
