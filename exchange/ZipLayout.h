@@ -1,6 +1,8 @@
 #pragma once
 // The record layout of a zip archive that the reader and the writer share: signatures, fixed record
 // sizes and the values that mark a field as moved to zip64.
+#include <zlib.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -21,6 +23,10 @@ inline constexpr std::uint16_t utf8NameFlag = 1u << 11;
 
 inline constexpr std::uint16_t zip64Marker16 = 0xFFFF;
 inline constexpr std::uint32_t zip64Marker32 = 0xFFFFFFFF;
+
+inline std::uint32_t checksum(std::string_view bytes) {
+    return static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
+}
 
 // Whether a name would reach outside a folder the archive was unpacked into. Neither side ever
 // unpacks, but an archive holding such a name is a hostile one and is refused whole.

@@ -150,7 +150,7 @@ std::string Reader::read(const Entry& entry) const {
     } else {
         bytes = inflated(data, entry.size);
     }
-    if (crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()) != entry.crc32) refuse();
+    if (layout::checksum(bytes) != entry.crc32) refuse();
     return bytes;
 }
 

@@ -35,8 +35,8 @@ struct PreparedFile {
 
     std::string_view data() const { return file->method == Method::stored ? file->data : std::string_view(compressed); }
     std::uint16_t flags() const {
-        const bool ascii = std::all_of(file->name.begin(), file->name.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-        return ascii ? 0 : layout::utf8NameFlag;
+        const auto ascii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+        return std::all_of(file->name.begin(), file->name.end(), ascii) ? 0 : layout::utf8NameFlag;
     }
 };
 
@@ -88,7 +88,7 @@ std::string write(const std::vector<FileToWrite>& files) {
     BytesWriter out;
     for (const FileToWrite& file : files) {
         if (layout::leavesArchive(file.name) || file.name.size() > 0xFFFF || file.data.size() >= layout::zip64Marker32) fail();
-        PreparedFile entry{&file, {}, static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const Bytef*>(file.data.data()), file.data.size()))};
+        PreparedFile entry{&file, {}, layout::checksum(file.data)};
         if (file.method == Method::deflated) entry.compressed = deflated(file.data);
         entry.offset = offsetOf(out);
         out.writeInteger<std::uint32_t>(layout::localSignature, Endianness::little);

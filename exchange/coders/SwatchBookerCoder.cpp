@@ -59,7 +59,8 @@ Color labFromXYZ(double x, double y, double z) {
 }
 
 // One <values> element as a colour, for the models that map onto ours; nullopt for the others (the
-// multi-ink nCLR models, YIQ) and for a component count that does not fit the model.
+// multi-ink nCLR models, YIQ) and for a component count that does not fit the model. Values in an ICC
+// profile of the archive ("space") are taken as if in sRGB or Lab: the profiles are not applied.
 std::optional<Color> valuesColor(std::string_view model, const std::vector<double>& v) {
     const auto unit = [](double value) { return std::clamp(value, 0.0, 1.0); };
     std::optional<Color> color;
@@ -82,8 +83,8 @@ std::optional<Color> valuesColor(std::string_view model, const std::vector<doubl
             color = labFromXYZ(v[0] * v[2] / v[1], v[2], (1 - v[0] - v[1]) * v[2] / v[1]);
         }
     }
-    if (color && !std::all_of(color->colorComponents.begin(), color->colorComponents.end(), [](double c) { return std::isfinite(c); }))
-        return std::nullopt;
+    const auto finite = [](double c) { return std::isfinite(c); };
+    if (color && !std::all_of(color->colorComponents.begin(), color->colorComponents.end(), finite)) return std::nullopt;
     return color;
 }
 
@@ -103,8 +104,9 @@ std::optional<Color> materialColor(const Element& material) {
     int chosenPreference = 5;
     for (const Element* values : material.childrenNamed("values")) {
         const std::string_view model = values->attribute("model").value_or("");
+        if (preference(model) >= chosenPreference) continue;
         const auto components = numbers(values->text);
-        if (preference(model) >= chosenPreference || !components) continue;
+        if (!components) continue;
         if (auto color = valuesColor(model, *components)) chosen = std::move(color), chosenPreference = preference(model);
     }
     if (!chosen) return std::nullopt;
@@ -119,22 +121,22 @@ std::optional<Color> materialColor(const Element& material) {
 class BookReader {
 public:
     explicit BookReader(const Element& materials) {
-        for (const Element* material : materials.childrenNamed("color")) {
-            auto color = materialColor(*material);
-            const auto identifier = metadataText(material->firstChild("metadata"), "identifier");
-            if (color && identifier) colorsByIdentifier.try_emplace(*identifier, std::move(*color));
-        }
+        for (const Element* material : materials.childrenNamed("color"))
+            if (const auto identifier = metadataText(material->firstChild("metadata"), "identifier"))
+                materialsByIdentifier.try_emplace(*identifier, material);
     }
 
     // The book's items in order: top-level swatches are the palette's own colours, each group a group of
     // its own; a nested group is named after its parents ("Outer / Inner"). Breaks and spacers only lay
-    // the book out, and a swatch of a pattern or of an unknown material is passed over.
+    // the book out, and a swatch of a pattern or of an unknown material is passed over. A material listed
+    // twice gives two colours, each a value of its own.
     void read(const Element& items, Palette& palette, std::optional<std::size_t> group = std::nullopt, const std::string& path = {}) const {
         for (const auto& item : items.children) {
             if (item->localName() == "swatch") {
-                const auto found = colorsByIdentifier.find(std::string(item->attribute("material").value_or("")));
-                if (found == colorsByIdentifier.end()) continue;
-                (group ? palette.groups[*group].colors : palette.colors).push_back(found->second);
+                const auto found = materialsByIdentifier.find(std::string(item->attribute("material").value_or("")));
+                if (found == materialsByIdentifier.end()) continue;
+                auto& colors = group ? palette.groups[*group].colors : palette.colors;
+                if (auto color = materialColor(*found->second)) colors.push_back(std::move(*color));
             } else if (item->localName() == "group") {
                 const std::string title = metadataText(item->firstChild("metadata"), "title").value_or("");
                 const std::string name = path.empty() ? title : path + " / " + title;
@@ -145,7 +147,7 @@ public:
     }
 
 private:
-    std::unordered_map<std::string, Color> colorsByIdentifier;
+    std::unordered_map<std::string, const Element*> materialsByIdentifier;
 };
 
 Palette readBook(const Element& root) {
