@@ -75,6 +75,8 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::vga18bit: return makeVGA18BitCoder();
     case PaletteFormat::gimp: return makeGIMPCoder();
     case PaletteFormat::json: return makeJSONCoder();
+    case PaletteFormat::swatches: return makeSwatchesCoder();
+    case PaletteFormat::swatchbooker: return makeSwatchBookerCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }

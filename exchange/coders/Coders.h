@@ -19,6 +19,9 @@ std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
 std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
 
+std::unique_ptr<PaletteCoder> makeSwatchesCoder();
+std::unique_ptr<PaletteCoder> makeSwatchBookerCoder();
+
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
 

@@ -35,6 +35,8 @@ std::optional<long long> integer(std::string_view token);
 std::optional<double> number(std::string_view token);
 // `value` with at most `decimals` digits after the point, trailing zeros kept, always with '.'.
 std::string fixed(double value, int decimals);
+// `fixed` without the trailing zeros, nor a bare point: 0.55, 0, 64.37 at six decimals.
+std::string fixedTrimmed(double value, int decimals);
 // The shortest text that reads back as `value`, always with '.'.
 std::string shortest(double value);
 

@@ -1,0 +1,180 @@
+#include <gtest/gtest.h>
+
+#include "ExchangeTestSupport.h"
+#include "ZipTestSupport.h"
+#include "exchange/Zip.h"
+
+using namespace PAL;
+using namespace ziptest;
+using Case = CommonError::Case;
+
+namespace {
+
+// Compressible text, large enough that every tool deflates it.
+std::string paletteText() {
+    std::string text;
+    for (int i = 0; i < 200; ++i) text += "{ \"hue\" : 0." + std::to_string(i * 37 % 1000) + ", \"alpha\" : 1 },\n";
+    return text;
+}
+
+std::string entryText(const zip::Reader& archive, std::string_view name) {
+    const auto bytes = archive.read(name);
+    EXPECT_TRUE(bytes) << "no entry " << name;
+    return bytes.value_or("");
+}
+
+}  // namespace
+
+TEST(ZipTest, ReadsWhatInfoZipWrites) {
+    const ScratchFolder folder;
+    const std::string text = paletteText();
+    writeFile(folder / "palette.json", text);
+    writeFile(folder / "tiny.txt", "hi");
+    writeFile(folder / "sub/ünï.txt", "named in UTF-8");
+    // A folder entry, an archive comment, a file too small to deflate, and one streamed from a pipe
+    // (its sizes follow the data in a descriptor, the local header holds zeros).
+    ASSERT_EQ(run(folder.path(), "zip -q -r made.zip palette.json tiny.txt sub && echo 'a comment' | zip -q -z made.zip").status, 0);
+    ASSERT_EQ(run(folder.path(), "zip -q -0 stored.zip palette.json && cat palette.json | zip -q - - | cat > streamed.zip").status, 0);
+
+    const std::string made = readFile(folder / "made.zip");
+    const zip::Reader archive(made);
+    EXPECT_EQ(entryText(archive, "palette.json"), text);
+    EXPECT_EQ(archive.find("palette.json")->method, 8);
+    EXPECT_EQ(entryText(archive, "tiny.txt"), "hi");
+    EXPECT_EQ(archive.find("tiny.txt")->method, 0);
+    EXPECT_EQ(entryText(archive, "sub/ünï.txt"), "named in UTF-8");
+    EXPECT_EQ(entryText(archive, "sub/"), "");
+    EXPECT_FALSE(archive.read("Palette.json")) << "names compare exactly";
+
+    const std::string stored = readFile(folder / "stored.zip");
+    EXPECT_EQ(entryText(zip::Reader(stored), "palette.json"), text);
+    const std::string streamed = readFile(folder / "streamed.zip");
+    const zip::Reader streamedArchive(streamed);
+    EXPECT_TRUE(streamedArchive.find("-")->flags & 8) << "the data descriptor case";
+    EXPECT_EQ(entryText(streamedArchive, "-"), text);
+}
+
+TEST(ZipTest, ReadsWhatPythonsZipfileWrites) {
+    const ScratchFolder folder;
+    writeFile(folder / "palette.json", paletteText());
+    // Stored (zipfile's default), deflated, a UTF-8 name, a comment that holds an end record's
+    // signature, and an archive written to a pipe, whose entries end in data descriptors.
+    const auto result = python(folder.path(),
+                               "import sys, zipfile\n"
+                               "data = open('palette.json', 'rb').read()\n"
+                               "with zipfile.ZipFile('python.zip', 'w') as z:\n"
+                               "    z.writestr('stored.json', data)\n"
+                               "    z.writestr('deflated.json', data, compress_type=zipfile.ZIP_DEFLATED)\n"
+                               "    z.writestr('ünï.json', b'x')\n"
+                               "    z.comment = b'PK\\x05\\x06 is not where the end record is'\n"
+                               "with zipfile.ZipFile(sys.stdout.buffer, 'w', zipfile.ZIP_DEFLATED) as z:\n"
+                               "    z.writestr('piped.json', data)\n");
+    ASSERT_EQ(result.status, 0);
+    writeFile(folder / "piped.zip", result.output);
+
+    const std::string bytes = readFile(folder / "python.zip");
+    const zip::Reader archive(bytes);
+    EXPECT_EQ(entryText(archive, "stored.json"), paletteText());
+    EXPECT_EQ(archive.find("stored.json")->method, 0);
+    EXPECT_EQ(entryText(archive, "deflated.json"), paletteText());
+    EXPECT_EQ(archive.find("deflated.json")->method, 8);
+    EXPECT_EQ(entryText(archive, "ünï.json"), "x");
+
+    const std::string piped = readFile(folder / "piped.zip");
+    const zip::Reader pipedArchive(piped);
+    EXPECT_TRUE(pipedArchive.find("piped.json")->flags & 8);
+    EXPECT_EQ(entryText(pipedArchive, "piped.json"), paletteText());
+}
+
+TEST(ZipTest, WhatWeWriteIsReadByUnzipAndPython) {
+    const ScratchFolder folder;
+    std::string binary;
+    for (int i = 0; i < 256; ++i) binary += static_cast<char>(i);
+    const std::string text = paletteText();
+    const std::string archive = zip::write({{"swatchbook.xml", text},
+                                            {"profiles/bytes.icc", binary, zip::Method::stored},
+                                            {"ünï.txt", "named in UTF-8"},
+                                            {"empty", ""}});
+    writeFile(folder / "ours.zip", archive);
+
+    EXPECT_EQ(run(folder.path(), "unzip -tqq ours.zip").status, 0);
+    const auto tested = run(folder.path(), "python3 -m zipfile -t ours.zip");
+    EXPECT_EQ(tested.output, "Done testing\n");
+    EXPECT_EQ(run(folder.path(), "unzip -p ours.zip swatchbook.xml").output, text);
+    // Python decodes a name as UTF-8 only when the entry says so; files unpack as ordinary files.
+    EXPECT_EQ(python(folder.path(), "import zipfile\nprint(zipfile.ZipFile('ours.zip').namelist())\n").output,
+              "['swatchbook.xml', 'profiles/bytes.icc', 'ünï.txt', 'empty']\n");
+    EXPECT_EQ(run(folder.path(), "unzip -qq ours.zip -d out && stat -c %a out/swatchbook.xml").output, "644\n");
+
+    const zip::Reader reader(archive);
+    ASSERT_EQ(reader.entries().size(), 4u);
+    EXPECT_EQ(reader.entries()[0].method, 8);
+    EXPECT_LT(reader.entries()[0].compressedSize, text.size() / 4);
+    EXPECT_EQ(entryText(reader, "swatchbook.xml"), text);
+    EXPECT_EQ(entryText(reader, "profiles/bytes.icc"), binary);
+    EXPECT_EQ(entryText(reader, "ünï.txt"), "named in UTF-8");
+    EXPECT_EQ(entryText(reader, "empty"), "");
+    EXPECT_EQ(zip::write({{"swatchbook.xml", text}}), zip::write({{"swatchbook.xml", text}})) << "no clock in the bytes";
+}
+
+TEST(ZipTest, RefusesArchivesItCannotTrust) {
+    // Some damage shows when the archive is opened, some only when the entry is read.
+    const auto refused = [](const std::string& bytes) { expectCommonError(Case::invalidFormat, [&] { zip::Reader(bytes).read("a.json"); }); };
+    const std::string text = paletteText();
+    const std::string deflated = zip::write({{"a.json", text}});
+    const std::string stored = zip::write({{"a.json", text, zip::Method::stored}});
+    const std::size_t central = centralDirectory(deflated);
+
+    refused("");
+    refused("GIMP Palette\nName: not a zip\n");
+    refused(deflated.substr(0, deflated.size() - 1));
+    refused(deflated.substr(1));  // every offset now one past its record
+
+    std::string damaged = stored;
+    damaged[40] ^= 1;  // one bit of the stored data
+    refused(damaged);
+
+    // Sizes that do not match the data: too small (an archive that inflates past what it declared,
+    // stopped early), too large, and larger than we ever inflate.
+    for (const std::uint32_t size : {1000u, std::uint32_t(text.size() + 1), std::uint32_t(zip::maximumEntrySize + 1)}) {
+        damaged = deflated;
+        put32(damaged, central + 24, size);
+        refused(damaged);
+    }
+
+    damaged = deflated;
+    put16(damaged, central + 8, 1);  // encrypted
+    refused(damaged);
+    damaged = deflated;
+    put16(damaged, central + 10, 12);  // bzip2
+    refused(damaged);
+
+    // Zip64 in the central directory or the end record, and a central directory past the end.
+    damaged = deflated;
+    put32(damaged, central + 20, 0xFFFFFFFF);
+    refused(damaged);
+    damaged = deflated;
+    put16(damaged, damaged.size() - 22 + 10, 0xFFFF);
+    put16(damaged, damaged.size() - 22 + 8, 0xFFFF);
+    refused(damaged);
+    damaged = deflated;
+    put32(damaged, damaged.size() - 22 + 16, static_cast<std::uint32_t>(damaged.size()));
+    refused(damaged);
+}
+
+TEST(ZipTest, RefusesNamesThatLeaveTheArchiveAndNamesTwice) {
+    // Written under a harmless name of the same length, then renamed in place in both headers.
+    const auto renamed = [](const std::string& to) {
+        const std::string from(to.size(), 'x');
+        std::string bytes = zip::write({{from, "data"}, {"other", "data"}});
+        for (std::size_t at; (at = bytes.find(from)) != std::string::npos;) bytes.replace(at, to.size(), to);
+        return bytes;
+    };
+    using namespace std::string_literals;
+    for (const std::string& name : {"../evil"s, "/etc/passwd"s, "C:/evil"s, "\\evil"s, "a/../../b"s, "a\\..\\b"s, "a\0b"s, "other"s})
+        expectCommonError(Case::invalidFormat, [&] { zip::Reader{renamed(name)}; });
+    EXPECT_NO_THROW(zip::Reader{renamed("a..b/.c")});
+
+    for (const std::string name : {"", "../evil", "/evil", "a/../../b"})
+        expectCommonError(Case::cannotGenerateOutputZip, [&] { zip::write({{name, "data"}}); });
+}
