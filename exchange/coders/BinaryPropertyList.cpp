@@ -28,7 +28,7 @@ size_t widthFor(uint64_t value) {
 
 }  // namespace
 
-Document::Document(std::string_view bytes) : bytes_(bytes) {
+Document::Document(std::string_view bytes) : bytes_(bytes), readBudget_(8 * bytes.size() + 4096) {
     if (bytes.size() < header.size() + trailerSize || bytes.substr(0, header.size()) != header) invalid();
     const size_t trailer = bytes.size() - trailerSize;
     offsetSize_ = static_cast<uint8_t>(bytes[trailer + 6]);
@@ -63,6 +63,8 @@ Object Document::parse(uint64_t offset) const {
     uint64_t position = offset;
     const auto need = [&](uint64_t count, uint64_t unit = 1) {
         if (count > (offsetTable_ - position) / unit) invalid();
+        if (count * unit > readBudget_) invalid();
+        readBudget_ -= count * unit;
     };
     const auto take = [&](uint64_t count) {
         need(count);

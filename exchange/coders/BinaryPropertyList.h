@@ -42,6 +42,9 @@ private:
     size_t offsetSize_ = 0, referenceSize_ = 0;
     uint64_t objectCount_ = 0, topObject_ = 0, offsetTable_ = 0;
     mutable std::unordered_map<uint64_t, Object> objects_;  // by offset
+    // Objects may overlap, so reading each offset once could still read the file many times over: the bytes
+    // read are counted, and a file read several times over is refused.
+    mutable uint64_t readBudget_;
 };
 
 // A value to write: a tree, flattened on writing. Equal strings are written once.

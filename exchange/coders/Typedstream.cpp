@@ -235,7 +235,7 @@ void Writer::integer(int64_t value) {
 }
 
 void Writer::real(float value) {
-    if (std::isfinite(value) && std::trunc(value) == value && std::fabs(value) <= std::numeric_limits<int32_t>::max()) {
+    if (std::isfinite(value) && std::trunc(value) == value && std::fabs(value) < 2147483648.0f) {
         integer(static_cast<int64_t>(value));
         return;
     }

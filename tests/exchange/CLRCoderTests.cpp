@@ -363,6 +363,25 @@ TEST(CLRCoder, RefusesWhatIsNotAColourList) {
     const auto huge = hexBytes("AF 13 7F FF FF FF FF FF FF FF 08 00 00 00 00 00 00 01 01"
                                "0000000000000001 0000000000000000 0000000000000012");
     EXPECT_EQ(commonError([&] { bplist::Document("bplist00" + huge).object(0); }), Case::invalidFormat);
+    // 16384 objects that overlap, each 16 KiB of the same 64 KiB: reading them all would read the file
+    // thousands of times over, and is refused early.
+    std::string overlapping = "bplist00";
+    for (int i = 0; i < 16384; ++i) overlapping += hexBytes("4F 11 40 00");
+    const auto bigEndian = [](uint64_t value, int bytes) {
+        std::string out;
+        for (int i = bytes - 1; i >= 0; --i) out += static_cast<char>((value >> (8 * i)) & 0xFF);
+        return out;
+    };
+    const size_t table = overlapping.size();
+    for (uint32_t i = 0; i < 16384; ++i) overlapping += bigEndian(8 + 4 * i, 4);
+    overlapping += hexBytes("00 00 00 00 00 00 04 02") + bigEndian(16384, 8) + bigEndian(0, 8) + bigEndian(table, 8);
+    const bplist::Document document(overlapping);
+    size_t read = 0;
+    EXPECT_EQ(commonError([&] {
+                  for (; read < 16384; ++read) document.object(read);
+              }),
+              Case::invalidFormat);
+    EXPECT_LT(read, 1000u);  // not where the objects would start to run past the end (12288)
 
     // A catalogue colour whose fallback is itself, and a key that is its own keys array.
     KeyedList loop;
