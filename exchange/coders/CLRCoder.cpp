@@ -1,7 +1,8 @@
 // Apple colour lists (.clr): an NSColorList archived by AppKit, keys in order naming their colours. Read in
 // both encodings AppKit has written — the old archiver's typed stream and the keyed archive in a binary
-// property list — and written as a keyed archive unless the typed stream is asked for. No groups: a write
-// flattens the palette.
+// property list. Written as a keyed archive, which current macOS writes and loads through NSColorList itself
+// (a typed stream has been seen refused there, though the colour panel imports it); the typed stream is
+// written on request. No groups: a write flattens the palette.
 //
 // RGB and white components are taken as the numbers they are, whether the list calls them calibrated or
 // device: that is what every list-making tool means by them, and it keeps a round trip exact. Only a colour
