@@ -70,6 +70,7 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::aco: return makeACOCoder();
     case PaletteFormat::act: return makeACTCoder();
     case PaletteFormat::ase: return makeASECoder();
+    case PaletteFormat::clr: return makeCLRCoder();
     case PaletteFormat::riff: return makeRIFFCoder();
     case PaletteFormat::vga24bit: return makeVGA24BitCoder();
     case PaletteFormat::vga18bit: return makeVGA18BitCoder();

@@ -12,6 +12,9 @@ std::unique_ptr<PaletteCoder> makeACBLCoder();
 std::unique_ptr<PaletteCoder> makeACOCoder();
 std::unique_ptr<PaletteCoder> makeACTCoder();
 std::unique_ptr<PaletteCoder> makeASECoder();
+// Colour lists are read in either encoding and written as a keyed archive unless the typed stream is asked for.
+enum class CLREncoding { keyedArchive, typedstream };
+std::unique_ptr<PaletteCoder> makeCLRCoder(CLREncoding written = CLREncoding::keyedArchive);
 std::unique_ptr<PaletteCoder> makeRIFFCoder();
 std::unique_ptr<PaletteCoder> makeVGA24BitCoder();
 std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
