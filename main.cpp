@@ -117,7 +117,9 @@ int runAgent(int argc, char** argv) {
     kro::AppDelegate delegate(desktop);
     loupe.setPicker(&delegate.picker());
 
-    kro::QtAgentServer server([&delegate](const std::string& request) { return delegate.handleAgentRequest(request); });
+    kro::QtAgentServer server([&delegate](const std::string& request, const kro::QtAgentServer::Reply& reply) {
+        delegate.handleAgentRequest(request, reply);
+    });
     std::string error;
     if (!server.listen(kro::agentSocketPath(paths), error)) {
         std::cerr << "kro: cannot listen for other kro commands: " << error << "\n";

@@ -5,6 +5,7 @@
 #include "app/URLCommand.h"
 #include "cloud/CloudSync.h"
 #include "cloud/ConfiguredCloudSession.h"
+#include "cloud/LibraryRequests.h"
 #include "cloud/Snapshots.h"
 #include "documents/DocumentHandler.h"
 #include "formats/ColorFormatUndo.h"
@@ -270,10 +271,13 @@ void AppDelegate::applicationOpenFiles(const std::vector<std::string>& paths) {
     showStatusTooltip(summary.message(), kTooltipSeconds);
 }
 
-std::string AppDelegate::handleAgentRequest(const std::string& line) {
+void AppDelegate::handleAgentRequest(const std::string& line, const std::function<void(const std::string& reply)>& reply) {
     const auto request = Json::parse(line, nullptr, false);
+    if (isLibraryRequest(request)) {
+        return handleLibraryRequest(request, [reply](const Json& answer) { reply(compactText(answer)); });
+    }
     if (!request.is_object() || !request.contains("open") || !request["open"].is_array()) {
-        return compactText(Json{{"ok", false}, {"error", "the agent did not understand the request"}});
+        return reply(compactText(Json{{"ok", false}, {"error", "the agent did not understand the request"}}));
     }
     std::vector<std::string> files;
     for (const auto& item : request["open"]) {
@@ -286,7 +290,7 @@ std::string AppDelegate::handleAgentRequest(const std::string& line) {
         }
     }
     if (!files.empty()) applicationOpenFiles(files);
-    return compactText(Json{{"ok", true}});
+    reply(compactText(Json{{"ok", true}}));
 }
 
 void AppDelegate::handleURL(const std::string& url) {

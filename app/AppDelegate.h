@@ -2,6 +2,7 @@
 // The one application controller: owns the tray icon, the tooltip, the timers and the network monitor,
 // starts the singletons in the launch order, routes URL commands and opened files, and re-applies settings
 // when their notifications arrive.
+#include <functional>
 #include <memory>
 #include <optional>
 #include <set>
@@ -45,7 +46,8 @@ public:
     // A kro:// URL command. Unknown commands and wrong counts do nothing, silently.
     void handleURL(const std::string& url);
     // One request line of `kro open`; returns the reply line.
-    std::string handleAgentRequest(const std::string& line);
+    // Answers a request line from another kro: through `reply`, at once or (for a sync) when it is done.
+    void handleAgentRequest(const std::string& line, const std::function<void(const std::string& reply)>& reply);
 
     // The poll tick: the cloud fetch, then the snapshot check (each as it exists).
     void pollTick(int interval = 60);

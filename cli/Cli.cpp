@@ -7,6 +7,7 @@
 #include "cli/DocumentCommands.h"
 #include "cli/ExchangeCommands.h"
 #include "cli/FormatCommands.h"
+#include "cli/LibraryCommands.h"
 #include "cli/NameCommand.h"
 
 namespace kro::cli {
@@ -20,6 +21,7 @@ const CommandTable& commandTable() {
         registerExchangeCommands(commands);
         registerAccountCommands(commands);
         registerDocumentCommands(commands);
+        registerLibraryCommands(commands);
         return commands;
     }();
     return table;

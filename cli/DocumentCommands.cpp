@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include "cli/AgentRequest.h"
 #include "cli/OpenCommand.h"
 #include "cloud/Snapshots.h"
 #include "documents/DocumentHandler.h"
@@ -15,19 +16,11 @@
 #include "exchange/PaletteCoder.h"
 #include "formats/ColorFormats.h"
 #include "library/User.h"
-#include "platform/AgentChannel.h"
 #include "platform/Environment.h"
 #include "platform/Json.h"
 
 namespace kro::cli {
 namespace {
-
-AgentSender& agentSender() {
-    static AgentSender sender = [](const std::string& request) {
-        return sendToAgent(agentSocketPath(env().paths), request, 10.0);
-    };
-    return sender;
-}
 
 std::string workingFolder() {
     char cwd[4096];
@@ -44,7 +37,7 @@ int runImport(CommandContext& context, const Command& command) {
     const auto request = openRequest(context.args, workingFolder());
 
     // The running agent owns the stores: a second writer would overwrite its changes.
-    if (const auto reply = agentSender()(request)) {
+    if (const auto reply = askAgent(request)) {
         const auto answer = Json::parse(*reply, nullptr, false);
         if (!answer.is_object() || !answer.value("ok", false)) return fail(context, "the agent refused the files");
         context.out << "Handed to the running agent\n";
@@ -119,8 +112,6 @@ int runExport(CommandContext& context, const Command& command) {
 }
 
 }  // namespace
-
-void setAgentSenderForTesting(AgentSender sender) { agentSender() = std::move(sender); }
 
 void registerDocumentCommands(CommandTable& table) {
     static const Command importCommand{"kro import FILE...",

@@ -26,6 +26,9 @@ CloudSync& CloudSync::shared() {
 
 void CloudSync::reset() {
     provider_ = nullptr;
+    observer_ = nullptr;
+    inFlight_ = 0;
+    idleWaiters_.clear();
     updateGate_.reset();
     fetchGate_.reset();
 }
@@ -33,13 +36,15 @@ void CloudSync::reset() {
 void CloudSync::updateCloudKit(const std::string& file, const std::string& function, int line, Completion completion) {
     auto session = provider_ ? provider_() : std::nullopt;
     if (!session || !canCallUpdateCloudKit()) return finishLater(completion);
-    auto log = [file, function, line](const std::string& message, SherlogLevel level) {
-        Sherlog::print(message, level, file, function, line);
+    auto log = [this, file, function, line](const std::string& message, SherlogLevel level) {
+        note(message, level, file, function, line);
     };
     const std::string id = session->recordName;
     log("Updating CloudKit record with ID: " + id, SherlogLevel::info);
+    requestSent();
     session->database->fetch(id, [this, session = *session, log, file, function, line,
                                   completion](CloudFetchResult result) {
+        answerCame();
         const auto& user = *User::shared();
         switch (result.status) {
             case CloudFetchResult::Status::notFound: {
@@ -69,32 +74,65 @@ void CloudSync::updateCloudKit(const std::string& file, const std::string& funct
 
 void CloudSync::saveRecord(const CloudSession& session, const CloudRecord& record, bool created,
                            const std::string& file, const std::string& function, int line, Completion completion) {
-    session.database->save(record, [created, file, function, line, completion](CloudSaveResult result) {
+    requestSent();
+    session.database->save(record, [this, created, file, function, line, completion](CloudSaveResult result) {
+        answerCame();
         if (result.status == CloudSaveResult::Status::saved) {
-            Sherlog::print(created ? "CloudKit new record saved successfully." : "CloudKit record updated successfully.",
-                           SherlogLevel::info, file, function, line);
+            note(created ? "CloudKit new record saved successfully." : "CloudKit record updated successfully.",
+                 SherlogLevel::info, file, function, line);
             return finish(completion);
         }
-        Sherlog::print((created ? "CloudKit save failed: " : "CloudKit update failed: ") + result.error,
-                       SherlogLevel::error, file, function, line);
+        note((created ? "CloudKit save failed: " : "CloudKit update failed: ") + result.error, SherlogLevel::error, file,
+             function, line);
         // A writer came in between: the server's version is settled by the same rule as a fetched one.
-        if (result.serverRecord) update(*User::shared(), *result.serverRecord, true, true, true, true, file, function, line);
+        if (result.serverRecord) settle(*result.serverRecord, file, function, line);
         finish(completion);
     });
+}
+
+void CloudSync::whenIdle(Completion completion) {
+    idleWaiters_.push_back(std::move(completion));
+    env().mainQueue->post([this] { wakeIdleWaiters(); });
+}
+
+// Checked on the main queue after the answer's own work, which may have sent the next request.
+void CloudSync::answerCame() {
+    --inFlight_;
+    env().mainQueue->post([this] { wakeIdleWaiters(); });
+}
+
+void CloudSync::wakeIdleWaiters() {
+    if (inFlight_ > 0 || idleWaiters_.empty()) return;
+    auto waiters = std::move(idleWaiters_);
+    idleWaiters_.clear();
+    for (auto& waiter : waiters) waiter();
+}
+
+void CloudSync::note(const std::string& message, SherlogLevel level, const std::string& file,
+                     const std::string& function, int line) const {
+    Sherlog::print(message, level, file, function, line);
+    if (observer_) observer_(message);
+}
+
+void CloudSync::settle(const CloudRecord& record, const std::string& file, const std::string& function, int line) {
+    const auto result = update(*User::shared(), record, true, true, true, true, file, function, line);
+    if (observer_) observer_(describe(result));
 }
 
 void CloudSync::fetchCloudKit(const std::string& file, const std::string& function, int line, Completion completion) {
     auto session = provider_ ? provider_() : std::nullopt;
     if (!session || !canCallFetchCloudKit()) return finishLater(completion);
-    session->database->fetch(session->recordName, [id = session->recordName, file, function, line,
+    requestSent();
+    session->database->fetch(session->recordName, [this, id = session->recordName, file, function, line,
                                                    completion](CloudFetchResult result) {
+        answerCame();
         if (result.status != CloudFetchResult::Status::found || !result.record) {
             const std::string error = result.record || !result.error.empty() ? result.error : "the record is empty";
-            Sherlog::print("CloudKit fetch failed: " + error, SherlogLevel::error, file, function, line);
+            note("CloudKit fetch failed: " + error, SherlogLevel::error, file, function, line);
             return finish(completion);
         }
-        Sherlog::print("CloudKit fetch succeeded for record ID: " + id, SherlogLevel::info, file, function, line);
-        update(*User::shared(), *result.record, true, true, true, true, file, function, line);
+        note("CloudKit fetch succeeded for record ID: " + id, SherlogLevel::info, file, function, line);
+        settle(*result.record, file, function, line);
         finish(completion);
     });
 }

@@ -7,9 +7,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cloud/CloudDatabase.h"
 #include "cloud/CloudGate.h"
+#include "library/Sherlog.h"
 
 namespace kro {
 
@@ -25,10 +27,18 @@ using CloudSessionProvider = std::function<std::optional<CloudSession>()>;
 class CloudSync {
 public:
     using Completion = std::function<void()>;
+    // Hears each line a sync logs, and a sentence on what settling did: how `kro sync` tells what happened.
+    using Observer = std::function<void(const std::string& line)>;
 
     static CloudSync& shared();
 
     void setSessionProvider(CloudSessionProvider provider) { provider_ = std::move(provider); }
+    void setObserver(Observer observer) { observer_ = std::move(observer); }
+    // Whether an account is signed in now.
+    bool signedIn() const { return provider_ && provider_().has_value(); }
+    // Runs `completion` on the main queue once no request is waiting for its answer (a push that a fetch
+    // set off included).
+    void whenIdle(Completion completion);
 
     bool canCallUpdateCloudKit() { return updateGate_.allow(); }
     bool canCallFetchCloudKit() { return fetchGate_.allow(); }
@@ -44,7 +54,17 @@ private:
     void saveRecord(const CloudSession& session, const CloudRecord& record, bool created, const std::string& file,
                     const std::string& function, int line, Completion completion);
 
+    void note(const std::string& message, SherlogLevel level, const std::string& file, const std::string& function,
+              int line) const;
+    void settle(const CloudRecord& record, const std::string& file, const std::string& function, int line);
+    void requestSent() { ++inFlight_; }
+    void answerCame();
+    void wakeIdleWaiters();
+
     CloudSessionProvider provider_;
+    Observer observer_;
+    int inFlight_ = 0;  // touched on the main queue only
+    std::vector<Completion> idleWaiters_;
     CloudGate updateGate_{"canCallUpdateCloudKit()"};
     CloudGate fetchGate_{"canCallFetchCloudKit()"};
 };

@@ -21,24 +21,35 @@ std::string recordDescription(const CloudRecord& record, const CloudRecordFields
 
 }  // namespace
 
-bool update(User& user, const CloudRecord& with, bool undo, bool save, bool notify, bool cloud,
-            const std::string& file, const std::string& function, int line) {
+std::string describe(SettleResult result) {
+    switch (result) {
+        case SettleResult::undecodable: return "The account's record does not decode: the library stays as it is";
+        case SettleResult::same: return "The library and the account's record are the same";
+        case SettleResult::libraryNewer: return "The library is newer than the account's record";
+        case SettleResult::nothingToCopy: return "The account's record is newer but holds nothing the library lacks";
+        case SettleResult::merged: return "The account's record was merged into the library";
+    }
+    return {};
+}
+
+SettleResult update(User& user, const CloudRecord& with, bool undo, bool save, bool notify, bool cloud,
+                    const std::string& file, const std::string& function, int line) {
     CloudRecordFields remote;
     try {
         remote = decodeCloudRecord(with.document);
     } catch (const JsonDecodeError& error) {
         Sherlog::print(std::string("CloudKit record does not decode, the library stays as it is: ") + error.what(),
                        SherlogLevel::error, file, function, line);
-        return false;
+        return SettleResult::undecodable;
     }
 
     // A missing time on either side counts as different, and as earlier than any time.
     const std::string local = user.updatedAt.value_or("");
     const std::string remoteUpdatedAt = remote.updatedAt.value_or("");
-    if (user.updatedAt && remote.updatedAt && local == remoteUpdatedAt) return false;
+    if (user.updatedAt && remote.updatedAt && local == remoteUpdatedAt) return SettleResult::same;
     if (local > remoteUpdatedAt) {
         if (cloud) updateCloudKit(kSource, kFunction, 95);
-        return false;
+        return SettleResult::libraryNewer;
     }
 
     bool changed = false;
@@ -56,13 +67,13 @@ bool update(User& user, const CloudRecord& with, bool undo, bool save, bool noti
         user.createdAt = parseDateText(remoteUpdatedAt) ? remoteUpdatedAt : dateText(env().clock->now());
         changed = true;
     }
-    if (!changed) return false;
+    if (!changed) return SettleResult::nothingToCopy;
 
     Sherlog::print(recordDescription(with, remote), SherlogLevel::info, file, function, line);
     user.moveUpdatedAt();
     user.runPipelineAfterStamp(undo, save, notify, false, kSource, kFunction, __LINE__);
     env().notifications->post(Notifications::userCloudMerged);
-    return true;
+    return SettleResult::merged;
 }
 
 }  // namespace kro

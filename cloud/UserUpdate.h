@@ -12,8 +12,12 @@ namespace kro {
 
 class User;
 
-// Returns whether the library changed.
-bool update(User& user, const CloudRecord& with, bool undo, bool save, bool notify, bool cloud,
-            const std::string& file, const std::string& function, int line);
+// What settling found. Only `merged` changes the library.
+enum class SettleResult { undecodable, same, libraryNewer, nothingToCopy, merged };
+// A sentence for a person: what a sync did.
+std::string describe(SettleResult result);
+
+SettleResult update(User& user, const CloudRecord& with, bool undo, bool save, bool notify, bool cloud,
+                    const std::string& file, const std::string& function, int line);
 
 }  // namespace kro

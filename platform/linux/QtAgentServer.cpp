@@ -1,6 +1,7 @@
 #include "platform/linux/QtAgentServer.h"
 
 #include <QLocalSocket>
+#include <QPointer>
 
 namespace kro {
 
@@ -30,10 +31,14 @@ void QtAgentServer::accept() {
                 return;
             }
             const auto request = socket->readLine().trimmed().toStdString();
-            const auto reply = handler_(request) + "\n";
-            socket->write(reply.data(), static_cast<qint64>(reply.size()));
-            socket->flush();
-            socket->disconnectFromServer();
+            // The client may have gone by the time a late reply is ready.
+            handler_(request, [guarded = QPointer<QLocalSocket>(socket)](const std::string& line) {
+                if (!guarded) return;
+                const auto reply = line + "\n";
+                guarded->write(reply.data(), static_cast<qint64>(reply.size()));
+                guarded->flush();
+                guarded->disconnectFromServer();
+            });
         });
     }
 }

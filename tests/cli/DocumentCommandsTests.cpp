@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "cli/AgentRequest.h"
 #include "cli/DocumentCommands.h"
 #include "cloud/Snapshots.h"
 #include "formats/ColorFormats.h"

@@ -105,10 +105,16 @@ ApacheDav::ApacheDav(const std::string& user, const std::string& password) {
            << "  AuthUserFile " << folder_ << "/users\n  Require valid-user\n</Directory>\n";
     config.close();
 
+    start();
+}
+
+bool ApacheDav::start() {
+    if (running()) return true;
+    error_.clear();
     const auto binary = apacheBinary();
     if (!binary) {
         error_ = "apache2 is not installed";
-        return;
+        return false;
     }
     const std::string configPath = folder_ + "/httpd.conf";
     std::vector<std::string> args = {*binary, "-f", configPath, "-DFOREGROUND"};
@@ -118,7 +124,7 @@ ApacheDav::ApacheDav(const std::string& user, const std::string& password) {
     pid_t pid = -1;
     if (::posix_spawn(&pid, binary->c_str(), nullptr, nullptr, argv.data(), environ) != 0) {
         error_ = "apache2 could not be started";
-        return;
+        return false;
     }
     pid_ = pid;
     for (int attempt = 0; attempt < 100 && !accepts(port_); ++attempt) {
@@ -127,19 +133,24 @@ ApacheDav::ApacheDav(const std::string& user, const std::string& password) {
             pid_ = -1;
             std::ifstream log(folder_ + "/error.log");
             error_ = "apache2 stopped at start: " + std::string(std::istreambuf_iterator<char>(log), {});
-            return;
+            return false;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     if (!accepts(port_)) error_ = "apache2 does not answer on port " + std::to_string(port_);
+    return error_.empty();
+}
+
+void ApacheDav::stop() {
+    if (pid_ <= 0) return;
+    ::kill(pid_, SIGTERM);
+    int status = 0;
+    ::waitpid(pid_, &status, 0);
+    pid_ = -1;
 }
 
 ApacheDav::~ApacheDav() {
-    if (pid_ > 0) {
-        ::kill(pid_, SIGTERM);
-        int status = 0;
-        ::waitpid(pid_, &status, 0);
-    }
+    stop();
     std::error_code ignored;
     fs::remove_all(folder_, ignored);
 }

@@ -15,6 +15,9 @@ public:
     ~ApacheDav();
 
     bool running() const { return pid_ > 0 && port_ > 0; }
+    // The server going away and coming back on the same port, with the same files.
+    void stop();
+    bool start();
     const std::string& startError() const { return error_; }
     // The collection's URL, ending in "/".
     std::string collectionURL() const;

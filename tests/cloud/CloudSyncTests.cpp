@@ -173,8 +173,9 @@ TEST_F(CloudSyncTest, FetchFailuresLeaveTheLibraryAsItIs) {
 class ComparisonTest : public CloudSyncTest {
 protected:
     CloudRecord record(const Json& document) { return CloudRecord{"alice", document, std::nullopt}; }
+    // Whether the library took the record.
     bool compare(const Json& document) {
-        return update(user(), record(document), true, true, true, true, "test", "test", 1);
+        return update(user(), record(document), true, true, true, true, "test", "test", 1) == SettleResult::merged;
     }
 };
 

@@ -12,6 +12,7 @@
 #include "CloudTestSupport.h"
 #include "cloud/CloudAccount.h"
 #include "cloud/ConfiguredCloudSession.h"
+#include "cloud/LibraryRequests.h"
 #include "cloud/UserUpdate.h"
 #include "cloud/WebDavDatabase.h"
 #include "library/JsonDecode.h"
@@ -211,7 +212,8 @@ TEST_F(WebDavSyncTest, ConflictingWriteIsRefusedAndSettled) {
     EXPECT_EQ(saved.status, CloudSaveResult::Status::conflict);
     ASSERT_TRUE(saved.serverRecord);
     EXPECT_EQ(serverRecord()["palettes"].size(), 2u);  // A's write stands
-    EXPECT_TRUE(update(*User::shared(), *saved.serverRecord, true, true, true, true, "test", "conflict", 1));
+    EXPECT_EQ(update(*User::shared(), *saved.serverRecord, true, true, true, true, "test", "conflict", 1),
+              SettleResult::merged);
     EXPECT_EQ(User::shared()->palettes.back()->name, "A wins");
 }
 
@@ -240,6 +242,57 @@ TEST_F(WebDavSyncTest, SignedOutMakesNoRequestAndTheConfiguredAccountSyncs) {
     EXPECT_GT(server->requestCount(), before);
     EXPECT_EQ(serverRecord()["uuid"], User::shared()->uuid);
     std::filesystem::remove_all(home);
+}
+
+TEST_F(WebDavSyncTest, ServerGoingAwayChangesNothingAndSyncResumesWhenItReturns) {
+    become(a);
+    addPalette("Before");
+    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    letTheServerTagSettle();
+
+    server->stop();
+    addPalette("While away");  // saved locally; its push finds no server
+    const std::string edited = compactText(User::shared()->toJson());
+    EXPECT_TRUE(a.files.read(*User::store().path("v5"))->find("While away") != std::string::npos);
+    sync(true);
+    EXPECT_EQ(compactText(User::shared()->toJson()), edited);
+    EXPECT_EQ(serverPaletteCount(), 2u);
+
+    // The next tick after the server is back finds the library newer than the record and pushes it.
+    ASSERT_TRUE(server->start()) << server->startError();
+    sync(true);
+    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 3; }));
+    EXPECT_EQ(serverRecord()["updatedAt"], *User::shared()->updatedAt);
+    EXPECT_EQ(compactText(User::shared()->toJson()), edited);
+}
+
+// What `kro sync` prints: the sync's own lines and what settling did, once every request has come back.
+TEST_F(WebDavSyncTest, SyncRequestAnswersWithWhatHappened) {
+    const auto syncRequest = [this] {
+        std::optional<Json> reply;
+        handleLibraryRequest(Json{{"sync", true}}, [&reply](const Json& answer) { reply = answer; });
+        EXPECT_TRUE(queue.runUntil([&] { return reply.has_value(); }));
+        clock.advance(2s);
+        std::string lines;
+        for (const auto& line : reply.value_or(Json::object()).value("lines", Json::array())) lines += line.get<std::string>() + "\n";
+        return lines;
+    };
+    become(a);
+    addPalette("From A");
+    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+
+    become(b);
+    EXPECT_EQ(syncRequest(), "CloudKit fetch succeeded for record ID: alice\n"
+                             "The account's record was merged into the library\n");
+
+    // A change made while the push could not go out: the sync finds the library newer and waits for its push.
+    letTheServerTagSettle();
+    User::shared()->palettes.pop_back();
+    User::shared()->trigger(true, true, true, false);
+    const auto lines = syncRequest();
+    EXPECT_NE(lines.find("The library is newer than the account's record\n"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("CloudKit record updated successfully.\n"), std::string::npos) << lines;
+    EXPECT_EQ(serverPaletteCount(), 1u);
 }
 
 TEST_F(WebDavSyncTest, BadRecordsAndBadServersLeaveTheLibraryAsItIs) {

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <thread>
+
+#include "platform/DeferredMainQueue.h"
 #include "platform/testing/ManualQueues.h"
 
 using namespace kro;
@@ -18,4 +21,18 @@ TEST(ManualQueue, RunsWorkInTimeOrderAndTimersUntilInvalidated) {
     EXPECT_EQ(queue.activeTimerCount(), 0u);
     queue.advance(Seconds(5));
     EXPECT_EQ(log.size(), 5u);
+}
+
+// A one-shot command waits for answers that another thread posts; what it runs, it runs on its own thread.
+TEST(DeferredMainQueue, RunsWorkPostedFromAnotherThreadUntilDone) {
+    kro::DeferredMainQueue queue;
+    std::vector<int> ran;
+    const auto me = std::this_thread::get_id();
+    std::thread network([&] {
+        for (int i = 0; i < 3; ++i) queue.post([&ran, i, me] { EXPECT_EQ(std::this_thread::get_id(), me); ran.push_back(i); });
+    });
+    EXPECT_TRUE(queue.runUntil([&] { return ran.size() == 3; }, std::chrono::seconds(10)));
+    network.join();
+    EXPECT_EQ(ran, (std::vector<int>{0, 1, 2}));
+    EXPECT_FALSE(queue.runUntil([] { return false; }, std::chrono::milliseconds(50)));
 }
