@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "CommandTestSupport.h"
 #include "cli/ColorCommands.h"
 #include "formats/color/ColorConversions.h"
 #include "formats/color/WCAG.h"
@@ -14,19 +15,8 @@
 namespace kro::cli {
 namespace {
 
-struct Run {
-    int status;
-    std::string out, err;
-};
-
-Run run(const std::string& name, std::vector<std::string> args, const std::string& input = "") {
-    CommandTable table;
-    registerColorCommands(table);
-    std::istringstream in(input);
-    std::ostringstream out, err;
-    CommandContext context{std::move(args), in, out, err};
-    const int status = table.at(name).run(context);
-    return {status, out.str(), err.str()};
+CommandResult run(const std::string& name, std::vector<std::string> args, const std::string& input = "") {
+    return runOnce(registerColorCommands, name, std::move(args), input);
 }
 
 TEST(ColorCommandsTest, ContrastPrintsRatioAndLevel) {

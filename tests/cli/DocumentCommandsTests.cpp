@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "cli/AgentRequest.h"
+#include "CommandTestSupport.h"
 #include "cli/DocumentCommands.h"
 #include "cloud/Snapshots.h"
 #include "formats/ColorFormats.h"
@@ -18,29 +16,15 @@ using kro::Color;
 using kro::Palette;
 using kro::User;
 
-class DocumentCommandsTest : public ::testing::Test {
+class DocumentCommandsTest : public ::testing::Test, protected CommandRunner {
 protected:
     DocumentCommandsTest() {
         User::resetShared();
         kro::ColorFormats::resetShared();
         kro::Snapshots::resetShared();
         registerDocumentCommands(table);
-        setAgentSenderForTesting([this](const std::string& request) -> std::optional<std::string> {
-            requests.push_back(request);
-            return agentReply;
-        });
     }
-    ~DocumentCommandsTest() override { setAgentSenderForTesting(nullptr); }
 
-    int run(std::vector<std::string> args) {
-        out.str({});
-        err.str({});
-        const std::string name = args.front();
-        args.erase(args.begin());
-        std::istringstream in;
-        CommandContext context{args, in, out, err};
-        return table.at(name).run(context);
-    }
     std::string put(const std::string& path, const std::string& bytes) {
         environment.files.createDirectories(kro::parentPath(path));
         environment.files.files[path] = bytes;
@@ -57,21 +41,18 @@ protected:
     }
 
     kro::testing::TestEnvironment environment;
-    CommandTable table;
-    std::ostringstream out, err;
-    std::vector<std::string> requests;
-    std::optional<std::string> agentReply;
+    FakeAgent agent;
     const std::string userPath = "/home/test/data/kroapp.Kro/v5/user.json";
 };
 
 TEST_F(DocumentCommandsTest, ImportGoesThroughTheRunningAgent) {
-    agentReply = R"({"ok":true})";
+    agent.reply = R"({"ok":true})";
     const auto path = put("/home/test/in/a.palette", "{}");
     EXPECT_EQ(run({"import", path}), exitDone);
-    EXPECT_EQ(requests, std::vector<std::string>{R"({"open":["/home/test/in/a.palette"]})"});
+    EXPECT_EQ(agent.requests, std::vector<std::string>{R"({"open":["/home/test/in/a.palette"]})"});
     EXPECT_FALSE(environment.files.exists(userPath));  // the agent writes, not this command
 
-    agentReply = R"({"ok":false})";
+    agent.reply = R"({"ok":false})";
     EXPECT_EQ(run({"import", path}), exitFailed);
     EXPECT_EQ(run({"import"}), exitUsage);
 }

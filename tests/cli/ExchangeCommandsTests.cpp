@@ -4,6 +4,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "CommandTestSupport.h"
 #include "cli/ExchangeCommands.h"
 
 namespace {
@@ -11,7 +12,7 @@ namespace {
 using namespace kro::cli;
 namespace fs = std::filesystem;
 
-class ExchangeCommandsTest : public ::testing::Test {
+class ExchangeCommandsTest : public ::testing::Test, protected CommandRunner {
 protected:
     void SetUp() override {
         registerExchangeCommands(table);
@@ -20,16 +21,6 @@ protected:
         fs::create_directories(folder);
     }
     void TearDown() override { fs::remove_all(folder); }
-
-    int run(std::vector<std::string> args) {
-        out.str({});
-        err.str({});
-        const std::string name = args.front();
-        args.erase(args.begin());
-        std::istringstream in;
-        CommandContext context{args, in, out, err};
-        return table.at(name).run(context);
-    }
 
     std::string path(const std::string& name) const { return (folder / name).string(); }
     std::string write(const std::string& name, const std::string& bytes) const {
@@ -43,9 +34,7 @@ protected:
         return bytes.str();
     }
 
-    CommandTable table;
     fs::path folder;
-    std::ostringstream out, err;
 };
 
 const std::string gimpPalette = "GIMP Palette\nName: Two\nColumns: 2\n#\n255   0   0\tRed\n  0   0 255\tBlue\n";

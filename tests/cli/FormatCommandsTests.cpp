@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "CommandTestSupport.h"
 #include "cli/ColorArgument.h"
 #include "cli/FormatCommands.h"
 #include "formats/color/ColorConversions.h"
@@ -11,21 +12,10 @@
 namespace kro::cli {
 namespace {
 
-struct CommandRun {
-    int status;
-    std::string out, err;
-};
-
 class FormatCommandsTest : public ::testing::Test {
 protected:
-    CommandRun run(const std::string& name, std::vector<std::string> args) {
-        CommandTable table;
-        registerFormatCommands(table);
-        std::istringstream in;
-        std::ostringstream out, err;
-        CommandContext context{std::move(args), in, out, err};
-        const int status = table.at(name).run(context);
-        return {status, out.str(), err.str()};
+    CommandResult run(const std::string& name, std::vector<std::string> args) {
+        return runOnce(registerFormatCommands, name, std::move(args));
     }
 
     // A user catalogue with two formats, "Mine" selected.

@@ -1,9 +1,7 @@
 // The snapshot and sync commands: through a running agent when one answers, else on the stores here.
 #include <gtest/gtest.h>
 
-#include <sstream>
-
-#include "cli/AgentRequest.h"
+#include "CommandTestSupport.h"
 #include "cli/LibraryCommands.h"
 #include "cloud/CloudSync.h"
 #include "cloud/Snapshots.h"
@@ -17,29 +15,15 @@ using namespace kro::cli;
 using kro::Snapshots;
 using kro::User;
 
-class LibraryCommandsTest : public ::testing::Test {
+class LibraryCommandsTest : public ::testing::Test, protected CommandRunner {
 protected:
     LibraryCommandsTest() {
         User::resetShared();
         Snapshots::resetShared();
         kro::CloudSync::shared().reset();
         registerLibraryCommands(table);
-        setAgentSenderForTesting([this](const std::string& request) -> std::optional<std::string> {
-            requests.push_back(request);
-            return agentReply;
-        });
     }
-    ~LibraryCommandsTest() override { setAgentSenderForTesting(nullptr); }
 
-    int run(std::vector<std::string> args) {
-        out.str({});
-        err.str({});
-        const std::string name = args.front();
-        args.erase(args.begin());
-        std::istringstream in;
-        CommandContext context{args, in, out, err};
-        return table.at(name).run(context);
-    }
     // The snapshots on disk, read as a new process would.
     std::vector<std::string> storedSnapshotUUIDs() {
         std::vector<std::string> uuids;
@@ -51,10 +35,7 @@ protected:
     }
 
     kro::testing::TestEnvironment environment;
-    CommandTable table;
-    std::ostringstream out, err;
-    std::vector<std::string> requests;
-    std::optional<std::string> agentReply;
+    FakeAgent agent;
 };
 
 TEST_F(LibraryCommandsTest, SnapshotsAreMadeListedAndRestoredWithoutAnAgent) {
@@ -85,14 +66,14 @@ TEST_F(LibraryCommandsTest, SnapshotsAreMadeListedAndRestoredWithoutAnAgent) {
 }
 
 TEST_F(LibraryCommandsTest, TheRunningAgentAnswersAndItsLinesArePrinted) {
-    agentReply = R"({"ok":true,"lines":["CloudKit fetch succeeded for record ID: alice","Merged"]})";
+    agent.reply = R"({"ok":true,"lines":["CloudKit fetch succeeded for record ID: alice","Merged"]})";
     ASSERT_EQ(run({"sync"}), exitDone);
-    EXPECT_EQ(requests, std::vector<std::string>{R"({"sync":true})"});
+    EXPECT_EQ(agent.requests, std::vector<std::string>{R"({"sync":true})"});
     EXPECT_EQ(out.str(), "CloudKit fetch succeeded for record ID: alice\nMerged\n");
 
-    agentReply = R"({"ok":false,"error":"no snapshot has the identifier x"})";
+    agent.reply = R"({"ok":false,"error":"no snapshot has the identifier x"})";
     EXPECT_EQ(run({"snapshot", "restore", "x"}), exitFailed);
-    EXPECT_EQ(requests.back(), R"({"snapshot":"restore","uuid":"x"})");
+    EXPECT_EQ(agent.requests.back(), R"({"snapshot":"restore","uuid":"x"})");
     EXPECT_EQ(err.str(), "kro: no snapshot has the identifier x\n");
     EXPECT_TRUE(storedSnapshotUUIDs().empty());  // the agent's word, not a local change
 }

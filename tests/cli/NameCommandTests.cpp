@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "CommandTestSupport.h"
 #include "cli/ColorArgument.h"
 #include "cli/NameCommand.h"
 #include "formats/color/ColorConversions.h"
@@ -10,20 +11,7 @@
 namespace kro::cli {
 namespace {
 
-struct Outcome {
-    int status;
-    std::string out, err;
-};
-
-Outcome runName(std::vector<std::string> args) {
-    CommandTable table;
-    registerNameCommands(table);
-    std::istringstream in;
-    std::ostringstream out, err;
-    CommandContext context{std::move(args), in, out, err};
-    int status = table.at("name").run(context);
-    return {status, out.str(), err.str()};
-}
+CommandResult runName(std::vector<std::string> args) { return runOnce(registerNameCommands, "name", std::move(args)); }
 
 TEST(NameCommandTest, NamesEachColourOnItsOwnLine) {
     auto run = runName({"FF0000", "#ffffff", "663399"});
