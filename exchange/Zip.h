@@ -9,6 +9,10 @@
 #include <string_view>
 #include <vector>
 
+namespace BytesParser {
+class BytesReader;
+}
+
 namespace PAL::zip {
 
 // The largest entry we inflate. A palette document of 100,000 colours is about 25 MB of XML, so
@@ -50,6 +54,10 @@ private:
     std::string_view archive_;
     std::vector<Entry> entries_;
 };
+
+// The one document a palette package is read for, from the whole stream. Throws CommonError invalidFormat
+// when the bytes are not an archive or it has no entry of that name.
+std::string readDocument(BytesParser::BytesReader& reader, std::string_view name);
 
 struct FileToWrite {
     std::string name;

@@ -6,6 +6,7 @@
 #include <array>
 #include <unordered_set>
 
+#include "exchange/BytesReader.h"
 #include "exchange/PalErrors.h"
 #include "exchange/Zip.h"
 #include "exchange/ZipLayout.h"
@@ -158,6 +159,14 @@ std::optional<std::string> Reader::read(std::string_view name) const {
     const Entry* entry = find(name);
     if (!entry) return std::nullopt;
     return read(*entry);
+}
+
+std::string readDocument(BytesParser::BytesReader& reader, std::string_view name) {
+    const auto bytes = reader.readAll();
+    const Reader archive(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    auto document = archive.read(name);
+    if (!document) throw CommonError(CommonError::Case::invalidFormat);
+    return std::move(*document);
 }
 
 }  // namespace PAL::zip

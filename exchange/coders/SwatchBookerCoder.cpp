@@ -261,11 +261,8 @@ public:
 
     // Profiles and pattern images in the archive are not needed: colours are read from their values.
     Palette decode(BytesParser::BytesReader& reader) const override {
-        const auto bytes = reader.readAll();
-        const zip::Reader archive(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
-        const auto document = archive.read(documentName);
-        if (!document) refuse();
-        return readBook(*xml::parse(*document));
+        const std::string document = zip::readDocument(reader, documentName);
+        return readBook(*xml::parse(document));
     }
 
     std::string encode(const Palette& palette) const override {

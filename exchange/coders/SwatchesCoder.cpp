@@ -46,11 +46,8 @@ public:
     using PaletteCoder::decode;
 
     Palette decode(BytesParser::BytesReader& reader) const override {
-        const auto bytes = reader.readAll();
-        const zip::Reader archive(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
-        const auto document = archive.read(documentName);
-        if (!document) refuse();
-        const auto json = kro::Json::parse(*document, nullptr, false);
+        const std::string document = zip::readDocument(reader, documentName);
+        const auto json = kro::Json::parse(document, nullptr, false);
         if (json.is_discarded()) refuse();
         // Procreate 4 wrote an array holding the palette; later versions write the palette itself.
         const kro::Json& root = json.is_array() && !json.empty() ? json.front() : json;
