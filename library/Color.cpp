@@ -109,13 +109,7 @@ void Color::appendJsonText(std::string& out) const {
     appendKey(out, "alpha", first), appendFloat(out, alpha);
     appendKey(out, "hex", first), appendString(out, hex);
     if (notes) appendKey(out, "notes", first), appendString(out, *notes);
-    appendKey(out, "tags", first);
-    out += '[';
-    for (size_t i = 0; i < tags.size(); ++i) {
-        if (i) out += ',';
-        appendString(out, tags[i]);
-    }
-    out += ']';
+    appendKey(out, "tags", first), appendStrings(out, tags);
     appendKey(out, "group", first), appendString(out, normalizedGroup(group));
     appendKey(out, "createdAt", first), appendString(out, createdAt);
     if (updatedAt) appendKey(out, "updatedAt", first), appendString(out, *updatedAt);

@@ -77,13 +77,7 @@ void Palette::appendJsonText(std::string& out) const {
     }
     out += ']';
     if (notes) appendKey(out, "notes", first), appendString(out, *notes);
-    appendKey(out, "tags", first);
-    out += '[';
-    for (size_t i = 0; i < tags.size(); ++i) {
-        if (i) out += ',';
-        appendString(out, tags[i]);
-    }
-    out += ']';
+    appendKey(out, "tags", first), appendStrings(out, tags);
     appendKey(out, "lock", first), out += lock ? "true" : "false";
     appendKey(out, "createdAt", first), appendString(out, createdAt);
     if (updatedAt) appendKey(out, "updatedAt", first), appendString(out, *updatedAt);

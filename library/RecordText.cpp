@@ -21,6 +21,15 @@ void appendString(std::string& out, const std::string& value) {
     out += '"';
 }
 
+void appendStrings(std::string& out, const std::vector<std::string>& values) {
+    out += '[';
+    for (size_t i = 0; i < values.size(); ++i) {
+        if (i) out += ',';
+        appendString(out, values[i]);
+    }
+    out += ']';
+}
+
 void appendFloat(std::string& out, float value) {
     const double number = floatJson(value).get<double>();
     if (!std::isfinite(number)) {
