@@ -109,10 +109,6 @@ private:
     }
 
     void addExchangePalette(const std::string& bytes, const std::string& extension, const std::string& fileStem) {
-        if (extension == "clr") {
-            const auto clr = PAL::coder(PAL::PaletteFormat::clr);
-            if (!clr->reads()) throw Skipped("reading colour lists (.clr) is not built");
-        }
         PAL::Palette exchanged;
         try {
             exchanged = PAL::decode(bytes, extension);
