@@ -45,18 +45,10 @@ void report(benchmark::State& state, std::size_t fileSize, int colors) {
     state.SetItemsProcessed(static_cast<int64_t>(state.iterations()) * colors);
 }
 
-void SwatchBookerDecode(benchmark::State& state) {
-    const auto coder = makeSwatchBookerCoder();
-    const std::string file = coder->encode(samplePalette());
-    for (auto _ : state) {
-        auto palette = coder->decode(file);
-        benchmark::DoNotOptimize(palette.groups.data());
-    }
-    report(state, file.size(), colorCount);
-}
-
-void SwatchBookerEncode(benchmark::State& state) {
-    const auto coder = makeSwatchBookerCoder();
+// The whole call on a 100,000-colour palette (Procreate keeps 30 colours, so little reaches its file).
+template <std::unique_ptr<PaletteCoder> (*make)()>
+void encode(benchmark::State& state) {
+    const auto coder = make();
     const Palette palette = samplePalette();
     std::size_t size = 0;
     for (auto _ : state) {
@@ -67,28 +59,21 @@ void SwatchBookerEncode(benchmark::State& state) {
     report(state, size, colorCount);
 }
 
-void SwatchesDecode(benchmark::State& state) {
-    const auto coder = makeSwatchesCoder();
-    const std::string file = largeSwatchesFile();
+void decode(benchmark::State& state, const PaletteCoder& coder, const std::string& file) {
     for (auto _ : state) {
-        auto palette = coder->decode(file);
+        auto palette = coder.decode(file);
         benchmark::DoNotOptimize(palette.colors.data());
     }
     report(state, file.size(), colorCount);
 }
 
-// Only 30 colours reach the file; what is measured is the whole call on a 100,000-colour palette.
-void SwatchesEncode(benchmark::State& state) {
-    const auto coder = makeSwatchesCoder();
-    const Palette palette = samplePalette();
-    std::size_t size = 0;
-    for (auto _ : state) {
-        const std::string file = coder->encode(palette);
-        size = file.size();
-        benchmark::DoNotOptimize(file.data());
-    }
-    report(state, size, colorCount);
+void SwatchBookerDecode(benchmark::State& state) {
+    const auto coder = makeSwatchBookerCoder();
+    decode(state, *coder, coder->encode(samplePalette()));
 }
+void SwatchesDecode(benchmark::State& state) { decode(state, *makeSwatchesCoder(), largeSwatchesFile()); }
+void SwatchBookerEncode(benchmark::State& state) { encode<makeSwatchBookerCoder>(state); }
+void SwatchesEncode(benchmark::State& state) { encode<makeSwatchesCoder>(state); }
 
 // The container alone: the SwatchBooker document of the same palette, deflated and inflated.
 void ZipDeflate(benchmark::State& state) {
