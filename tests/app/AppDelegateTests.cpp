@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "app/AppDelegate.h"
-#include "library/Notifications.h"
 #include "library/Preferences.h"
 #include "library/User.h"
 #include "platform/testing/FakeDesktop.h"

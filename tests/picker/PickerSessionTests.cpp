@@ -1,7 +1,5 @@
 #include "PickerTestSupport.h"
 
-#include "library/Notifications.h"
-
 using namespace kro;
 using namespace kro::testing;
 
