@@ -1,6 +1,5 @@
 #include "PickerTestSupport.h"
 
-#include "library/Sherlog.h"
 #include "picker/LoupeRenderer.h"
 
 using namespace kro;
@@ -10,20 +9,13 @@ namespace {
 
 using PickerImageTest = PickerFixture;
 
-// Counts the capture failures logged while it lives.
-struct FailureLog {
-    FailureLog() {
-        Sherlog::configure({0}, SherlogPrint::message, SherlogEnvironment{1} | SherlogEnvironment::standardOutput);
-        ::testing::internal::CaptureStdout();
-    }
-    int count() {
-        const auto text = ::testing::internal::GetCapturedStdout();
-        Sherlog::configure({6}, SherlogPrint::message, SherlogEnvironment{1});
-        int n = 0;
-        for (size_t at = text.find("Screen capture failed: "); at != std::string::npos; at = text.find("Screen capture failed: ", at + 1)) ++n;
-        return n;
-    }
-};
+// How many capture failures the log holds.
+int failures(LogCapture& log) {
+    const auto text = log.text();
+    int n = 0;
+    for (size_t at = text.find("Screen capture failed: "); at != std::string::npos; at = text.find("Screen capture failed: ", at + 1)) ++n;
+    return n;
+}
 
 }  // namespace
 
@@ -37,10 +29,7 @@ TEST(PickerImageGeometry, TheDecimationKeepsTheTopLeftDevicePixelOfEachPoint) {
     EXPECT_EQ(twice.pixel(1, 3), 0xFF000000u | (2 << 12) | 6);
     EXPECT_EQ(twice.pixel(399, 399), 0xFF000000u | (798 << 12) | 798);
 
-    Bitmap small{400, 400, std::vector<uint32_t>(400 * 400)};
-    for (size_t i = 0; i < small.pixels.size(); ++i) small.pixels[i] = static_cast<uint32_t>(i) | 0xFF000000u;
-    const auto once = normalizedImage(small, 1, 0, 0);
-    EXPECT_EQ(once.pixels, small.pixels) << "on a 1x display every pixel is copied";
+    EXPECT_EQ(normalizedImage(twice, 1, 0, 0).pixels, twice.pixels) << "on a 1x display every pixel is copied";
 }
 
 TEST_F(PickerImageTest, AtACornerThreeQuartersAreTransparentAndTheCentreIsThePixelUnderThePointer) {
@@ -90,7 +79,7 @@ TEST_F(PickerImageTest, AChosenProfileConvertsTheSampleAndLeavesTheImage) {
 }
 
 TEST_F(PickerImageTest, FailuresAreLoggedOncePerRunAndRetriedTwiceASecond) {
-    FailureLog log;
+    LogCapture log;
     screen.failWith = "permission withdrawn";
     picker->open(PickerSource::standard, 0.05);
     for (int i = 0; i < 10; ++i) {
@@ -109,15 +98,15 @@ TEST_F(PickerImageTest, FailuresAreLoggedOncePerRunAndRetriedTwiceASecond) {
     screen.failWith = "gone again";
     picker->pickerImage.drawPass();
     advance(0.1);
-    EXPECT_EQ(log.count(), 2);
+    EXPECT_EQ(failures(log), 2);
     EXPECT_TRUE(picker->isOpen);
 }
 
-TEST_F(PickerImageTest, AFilterThatCannotBeBuiltIsLoggedWithTheDisplay) {
-    FailureLog log;
+TEST_F(PickerImageTest, AFilterThatCannotBeBuiltIsLogged) {
+    LogCapture log;
     screen.filterFails = true;
     openAndReveal();
-    EXPECT_EQ(log.count(), 1);
+    EXPECT_EQ(failures(log), 1);
     EXPECT_FALSE(picker->color);
 }
 

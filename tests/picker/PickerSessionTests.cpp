@@ -1,7 +1,5 @@
 #include "PickerTestSupport.h"
 
-#include "library/Notifications.h"
-
 using namespace kro;
 using namespace kro::testing;
 
@@ -9,25 +7,22 @@ namespace {
 
 using PickerSessionTest = PickerFixture;
 
-int registeredId(HotKeyIdentifier id) { return static_cast<int>(id); }
-
 }  // namespace
 
 TEST_F(PickerSessionTest, OpeningSwapsTheKeysHidesTheCursorAndRevealsOnTheFirstFrame) {
+    const auto registered = [&](HotKeyIdentifier id) { return keys.registered.count(static_cast<int>(id)) == 1; };
     HotKeys::shared().registerGlobalKeys();
-    ASSERT_TRUE(keys.registered.count(registeredId(HotKeyIdentifier::openPicker)));
+    ASSERT_TRUE(registered(HotKeyIdentifier::openPicker));
 
     picker->open(PickerSource::standard, 0.05);
-    EXPECT_TRUE(picker->isOpen);
     EXPECT_FALSE(pointer.isCursorVisible());
-    EXPECT_FALSE(keys.registered.count(registeredId(HotKeyIdentifier::openPicker)));
-    EXPECT_TRUE(keys.registered.count(registeredId(HotKeyIdentifier::pickColorEnter)));
+    EXPECT_FALSE(registered(HotKeyIdentifier::openPicker));
+    EXPECT_TRUE(registered(HotKeyIdentifier::pickColorEnter));
     EXPECT_FALSE(window.front) << "the window waits for the delay";
 
     advance(0.06);
     EXPECT_TRUE(window.front);
     EXPECT_EQ(window.alpha, 1) << "the first frame reveals the window";
-    EXPECT_TRUE(picker->initialShowCompleted);
     // The show nudges the cursor one point down, and the window is centred on it.
     EXPECT_EQ(pointer.at.y, 401);
     EXPECT_EQ(window.frame, (ScreenRect{240, 1, 800, 800}));
@@ -36,8 +31,8 @@ TEST_F(PickerSessionTest, OpeningSwapsTheKeysHidesTheCursorAndRevealsOnTheFirstF
 
     picker->close(true);
     EXPECT_FALSE(window.front);
-    EXPECT_TRUE(keys.registered.count(registeredId(HotKeyIdentifier::openPicker)));
-    EXPECT_FALSE(keys.registered.count(registeredId(HotKeyIdentifier::pickColorEnter)));
+    EXPECT_TRUE(registered(HotKeyIdentifier::openPicker));
+    EXPECT_FALSE(registered(HotKeyIdentifier::pickColorEnter));
 }
 
 TEST_F(PickerSessionTest, AFailedFirstCaptureRevealsAnEmptyLensAndNoCaptureWaitsTwoSeconds) {
@@ -214,9 +209,6 @@ TEST_F(PickerSessionTest, SizeAndZoomStayInTheirBoundsFromEveryInput) {
     pinch.magnification = -5;
     window.onEvent(pinch);
     EXPECT_EQ(picker->pickerSize, 120);
-    pinch.phase = GesturePhase::ended;
-    window.onEvent(pinch);
-    EXPECT_EQ(picker->pickerSize, 120);
 
     PointerEvent tap;
     tap.type = PointerEventType::smartMagnify;
@@ -255,17 +247,11 @@ TEST_F(PickerSessionTest, CtrlOpensTheModeMenuOnlyAfterTheFirstSecond) {
 
 TEST_F(PickerSessionTest, TheScreenPositionIndexNamesTheNearSides) {
     openAndReveal();
-    const auto at = [&](double x, double y) {
-        pointer.at = {x, y};
-        return picker->screenPosition();
-    };
-    EXPECT_EQ(at(0, 0), 0);
-    EXPECT_EQ(at(1279, 0), 2);
-    EXPECT_EQ(at(0, 799), 6);
-    EXPECT_EQ(at(1279, 799), 8);
-    EXPECT_EQ(at(640, 400), 4);
-    EXPECT_EQ(at(640, 100), 1);
-    EXPECT_EQ(at(-50, 400), 4) << "no screen under the pointer";
+    // Row by three plus column; the middle when no screen is under the pointer.
+    for (auto [x, y, index] : {std::tuple{0, 0, 0}, {1279, 0, 2}, {0, 799, 6}, {1279, 799, 8}, {640, 400, 4}, {640, 100, 1}, {-50, 400, 4}}) {
+        pointer.at = {double(x), double(y)};
+        EXPECT_EQ(picker->screenPosition(), index) << x << "," << y;
+    }
     // At a corner the window hangs off the screen.
     pointer.at = {0, 0};
     picker->update();

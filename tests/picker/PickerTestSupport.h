@@ -7,6 +7,7 @@
 #include "formats/ColorFormats.h"
 #include "formats/SmartProfiles.h"
 #include "library/Preferences.h"
+#include "library/Sherlog.h"
 #include "library/User.h"
 #include "picker/HotKeys.h"
 #include "picker/Picker.h"
@@ -27,13 +28,39 @@ struct RecordingPickerDelegate final : PickerDelegate {
     int accessibilityPrompts = 0;
 };
 
+// The log messages written while it lives; text() ends the capture.
+class LogCapture {
+public:
+    LogCapture() {
+        Sherlog::configure({0}, SherlogPrint::message, SherlogEnvironment{1} | SherlogEnvironment::standardOutput);
+        ::testing::internal::CaptureStdout();
+    }
+    std::string text() {
+        const auto text = ::testing::internal::GetCapturedStdout();
+        Sherlog::configure({6}, SherlogPrint::message, SherlogEnvironment{1});
+        return text;
+    }
+};
+
 // The 8-bit red, green and blue of a colour, as 0xRRGGBB.
 inline uint32_t rgbOf(const ColorValue& color) {
     const auto byte = [](double value) { return static_cast<uint32_t>(std::lround(value * 255)); };
     return byte(color.red()) << 16 | byte(color.green()) << 8 | byte(color.blue());
 }
 
-class PickerFixture : public ::testing::Test {
+// The fake desktop services a picker runs on.
+struct PickerFakes {
+    FakeScreenCapture screen;
+    FakePointer pointer;
+    FakeLoupeWindow window;
+    FakeHotKeyCenter keys;
+    FakePopUpMenu menu;
+    FakeKeySimulator keySimulator;
+    FakeSoundPlayer sound;
+    FakeWorkspace workspace;
+};
+
+class PickerFixture : public ::testing::Test, protected PickerFakes {
 protected:
     PickerFixture() {
         Preferences::resetSharedForTesting();
@@ -78,14 +105,6 @@ protected:
     }
 
     TestEnvironment environment;
-    FakeScreenCapture screen;
-    FakePointer pointer;
-    FakeLoupeWindow window;
-    FakeHotKeyCenter keys;
-    FakePopUpMenu menu;
-    FakeKeySimulator keySimulator;
-    FakeSoundPlayer sound;
-    FakeWorkspace workspace;
     RecordingPickerDelegate delegate;
     std::unique_ptr<Picker> picker;
 };
