@@ -1,10 +1,5 @@
 #include <lcms2.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 #include "BinaryCoderTestSupport.h"
 #include "ExchangeTestSupport.h"
 #include "exchange/PaletteCoder.h"
@@ -122,20 +117,6 @@ std::string swappedPrimariesProfile() {
     cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
     cmsFreeToneCurve(linear);
     return savedProfile(profile, "Swapped");
-}
-
-std::filesystem::path realPalettes() {
-    const char* folder = std::getenv("KRO_REAL_PALETTES");
-    return folder ? folder : "";
-}
-
-std::string realFile(const std::filesystem::path& relative) {
-    const auto path = realPalettes() / relative;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) ADD_FAILURE() << "missing real palette " << path << " (run through CTest, which fetches them)";
-    std::stringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
 }
 
 }  // namespace

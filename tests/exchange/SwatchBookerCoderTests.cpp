@@ -37,11 +37,6 @@ std::string material(std::string_view identifier, std::string_view values) {
     return "<color><metadata><dc:identifier>" + std::string(identifier) + "</dc:identifier></metadata>" + std::string(values) + "</color>";
 }
 
-std::filesystem::path realPalettes() {
-    const char* folder = std::getenv("KRO_REAL_PALETTES");
-    return folder ? folder : "";
-}
-
 }  // namespace
 
 TEST(SwatchBookerCoderTest, WritesWhatSwatchBookerKritaAndScribusRead) {
