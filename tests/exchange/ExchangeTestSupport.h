@@ -28,12 +28,14 @@ inline std::filesystem::path realPalettes() {
     return folder ? folder : "";
 }
 
-// The bytes of a fetched palette; a missing file fails the test.
-inline std::string realFile(const std::filesystem::path& relative) {
-    const auto path = realPalettes() / relative;
+// The bytes of a file; one that cannot be read fails the test.
+inline std::string readFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
-    if (!file) ADD_FAILURE() << "missing real palette " << path << " (run through CTest, which fetches them)";
+    if (!file) ADD_FAILURE() << "cannot read " << path;
     std::stringstream bytes;
     bytes << file.rdbuf();
     return bytes.str();
 }
+
+// A fetched palette: run the tests through CTest, which fetches them first.
+inline std::string realFile(const std::filesystem::path& relative) { return readFile(realPalettes() / relative); }
