@@ -5,22 +5,13 @@
 #include <fstream>
 #include <sstream>
 
+#include "BinaryCoderTestSupport.h"
 #include "exchange/BytesReader.h"
 
 using namespace BytesParser;
+using binarytest::readerError;
 
 namespace {
-// The error code of whatever `action` throws, or nothing.
-template <typename Action>
-std::optional<ReaderError::Code> readerError(Action&& action) {
-    try {
-        action();
-    } catch (const ReaderError& error) {
-        return error.code;
-    }
-    return std::nullopt;
-}
-
 BytesReader streamReader(std::string bytes) {
     return BytesReader(std::make_unique<std::istringstream>(std::move(bytes)));
 }

@@ -21,22 +21,14 @@ void expectRGB(const RGB& rgb, double r, double g, double b, double a, double to
 
 TEST(PalColorTest, FactoriesClampWhatTheyAreGivenExceptLab) {
     const Color rgb = Color::rgb(1.5, -0.2, 0.5, 2.0);
-    EXPECT_EQ(rgb.colorSpace, ColorSpace::RGB);
     EXPECT_EQ(rgb.colorComponents, (std::vector<double>{1.0, 0.0, 0.5}));
     EXPECT_EQ(rgb.alpha, 1.0);
-    EXPECT_EQ(rgb.colorType, ColorType::global);
-    EXPECT_TRUE(rgb.name.empty());
-
     EXPECT_EQ(Color::rgb255(255, 51, 510, 0).colorComponents, (std::vector<double>{1.0, 0.2, 1.0}));
     EXPECT_EQ(Color::rgb255(255, 51, 510, 0).alpha, 0.0);
     EXPECT_EQ(Color::gray255(51).colorComponents, (std::vector<double>{0.2}));
     EXPECT_EQ(Color::cmyk(-1, 0.25, 3, 0.5, -4).colorComponents, (std::vector<double>{0, 0.25, 1, 0.5}));
     EXPECT_EQ(Color::cmyk(-1, 0.25, 3, 0.5, -4).alpha, 0.0);
-
-    const Color lab = Color::lab(150, -200, 300, 0.5, "Deep", ColorType::spot);
-    EXPECT_EQ(lab.colorComponents, (std::vector<double>{150, -200, 300}));
-    EXPECT_EQ(lab.name, "Deep");
-    EXPECT_EQ(lab.colorType, ColorType::spot);
+    EXPECT_EQ(Color::lab(150, -200, 300).colorComponents, (std::vector<double>{150, -200, 300}));
 
     // HSB and HSL by degrees land in RGB.
     expectRGB(Color::hsbDegrees(120, 100, 50).rgb(), 0, 0.5, 0, 1);
@@ -45,14 +37,10 @@ TEST(PalColorTest, FactoriesClampWhatTheyAreGivenExceptLab) {
     EXPECT_EQ(Color::hsb(0.5, 1, 1).colorSpace, ColorSpace::RGB);
 }
 
-TEST(PalColorTest, EachColorGetsItsOwnIdWhichEqualityIgnores) {
-    const Color a = Color::rgb(0.1, 0.2, 0.3), b = Color::rgb(0.1, 0.2, 0.3);
-    EXPECT_NE(a.id, b.id);
-    EXPECT_EQ(a, b);
-}
-
-TEST(PalColorTest, EqualityHasATolerance) {
+TEST(PalColorTest, EqualityHasAToleranceAndIgnoresTheId) {
     const Color a = Color::rgb(0.5, 0.5, 0.5, 1, "A");
+    EXPECT_NE(a.id, Color::rgb(0.5, 0.5, 0.5, 1, "A").id);
+    EXPECT_EQ(a, Color::rgb(0.5, 0.5, 0.5, 1, "A"));
     EXPECT_TRUE(a.isEqual(Color::rgb(0.5004, 0.5, 0.5, 1, "A"), 3));
     EXPECT_FALSE(a.isEqual(Color::rgb(0.502, 0.5, 0.5, 1, "A"), 3));
     EXPECT_TRUE(a == Color::rgb(0.5 + 5e-7, 0.5, 0.5, 1, "A"));
@@ -73,12 +61,6 @@ TEST(PalColorTest, SRGBToXYZAndLabUseTheirOwnConstants) {
     EXPECT_NEAR(lab.lf, 42.00998577686647, 1e-9);
     EXPECT_NEAR(lab.af, -0.1447448120508732, 1e-9);
     EXPECT_NEAR(lab.bf, -32.85151286536059, 1e-9);
-
-    // Pure white is L 100 within rounding, a and b near 0.
-    const LAB white = Color::rgb(1, 1, 1).lab();
-    EXPECT_NEAR(white.lf, 100, 1e-6);
-    EXPECT_NEAR(white.af, 0, 0.02);
-    EXPECT_NEAR(white.bf, 0, 0.02);
 
     // And back: the forward matrix and its inverse are close, not exact.
     expectRGB(xyzToRGB(labToXYZ(lab)), 0.2, 0.4, 0.6, 1, 2e-3);
@@ -165,7 +147,6 @@ TEST(PalColorTest, AccessorsConvertThroughTheSharedConverter) {
     const Color orange = Color::rgb(0.9, 0.5, 0.2, 1, "Orange", ColorType::spot);
     const Color inCMYK = orange.converted(ColorSpace::CMYK);
     EXPECT_EQ(inCMYK.colorSpace, ColorSpace::CMYK);
-    EXPECT_EQ(inCMYK.colorComponents.size(), 4u);
     EXPECT_EQ(inCMYK.name, "Orange");
     EXPECT_EQ(inCMYK.colorType, ColorType::spot);
     expectRGB(inCMYK.rgb(), 0.9, 0.5, 0.2, 1, 0.05);
@@ -194,24 +175,20 @@ TEST(PalColorTest, AWrongComponentCountFailsInsteadOfGuessing) {
 }
 
 TEST(PalColorTest, HueFamiliesAreRGBWithoutAlphaOrName) {
+    const auto hues = [](const std::vector<Color>& colors) {
+        std::vector<double> degrees;
+        for (const auto& color : colors) degrees.push_back(std::round(color.hsl().hf * 360 * 1e6) / 1e6);
+        return degrees;
+    };
     const Color red = Color::rgb(1, 0, 0, 0.5, "Red");
     expectRGB(red.complementary().rgb(), 0, 1, 1, 0.5);  // alpha kept
     const auto triadic = red.triadic();
-    ASSERT_EQ(triadic.size(), 3u);
+    EXPECT_EQ(hues(triadic), (std::vector<double>{0, 120, 240}));
     expectRGB(triadic[1].rgb(), 0, 1, 0, 1);
-    expectRGB(triadic[2].rgb(), 0, 0, 1, 1);
     EXPECT_TRUE(triadic[2].name.empty());
-    const auto analogous = red.analogous();
-    ASSERT_EQ(analogous.size(), 3u);
-    EXPECT_NEAR(analogous[0].hsl().hf * 360, 330, 1e-9);  // -30 wraps round
-    EXPECT_NEAR(analogous[2].hsl().hf * 360, 30, 1e-9);
-    const auto split = red.splitComplementary();
-    EXPECT_NEAR(split[0].hsl().hf * 360, 150, 1e-9);
-    EXPECT_NEAR(split[2].hsl().hf * 360, 210, 1e-9);
-    const auto tetradic = red.tetradic();
-    ASSERT_EQ(tetradic.size(), 4u);
-    EXPECT_NEAR(tetradic[0].hsl().hf * 360, 330, 1e-9);
-    EXPECT_NEAR(tetradic[3].hsl().hf * 360, 210, 1e-9);
+    EXPECT_EQ(hues(red.analogous()), (std::vector<double>{330, 0, 30}));  // -30 wraps round
+    EXPECT_EQ(hues(red.splitComplementary()), (std::vector<double>{150, 180, 210}));
+    EXPECT_EQ(hues(red.tetradic()), (std::vector<double>{330, 30, 150, 210}));
     EXPECT_EQ(red.colorComponents, (std::vector<double>{1, 0, 0}));  // the source is untouched
 }
 
@@ -308,11 +285,8 @@ TEST(PalColorTest, JsonErrors) {
     expectCommonError(Case::invalidFormat, fromText(R"({"name":7,"colorSpace":"RGB","colorComponents":[1,1,1]})"));
 }
 
-TEST(PalColorTest, ErrorsCarryWhatWasFound) {
-    EXPECT_EQ(CommonError(Case::unknownColorType, std::int64_t{9}).integer(), 9);
-    EXPECT_EQ(CommonError(Case::unsupportedColorspace, ColorSpace::LAB).colorSpace(), ColorSpace::LAB);
+TEST(PalColorTest, ErrorsSayWhatWasFound) {
     EXPECT_STREQ(CommonError(Case::unknownColorMode, std::string("HSV")).what(), "PAL.CommonError.unknownColorMode(\"HSV\")");
     // The two similarly named cases stay apart.
     EXPECT_NE(caseName(Case::unsupportedColorspace), caseName(Case::unsupportedColorSpace));
-    EXPECT_EQ(caseName(Case::cannotGenerateOutputZip), "cannotGenerateOutputZip");
 }

@@ -46,10 +46,7 @@ TEST(PalHexTest, ShortFormsDoubleEachNibble) {
     expectParsed("123", ColorByteFormat::bgr, x33, x22, x11, 1);
     // Trimmed at both ends, case does not matter.
     expectParsed("  #aBc;", ColorByteFormat::rgb, 0xAA / 255.0, 0xBB / 255.0, 0xCC / 255.0, 1);
-}
-
-TEST(PalHexTest, TheLengthIsThatOfTheWholeTextNotOfTheDigits) {
-    // "12zz" passes as four characters; its value is the scanned 0x12, so c0 and c1 are 0.
+    // The length is that of the whole text: "12zz" passes as four characters, its value the scanned 0x12.
     expectParsed("12zz", ColorByteFormat::rgba, 0, 0, x11, x22);
 }
 
@@ -71,14 +68,4 @@ TEST(PalHexTest, FormattingRoundsHalfAwayFromZeroInEveryOrder) {
     EXPECT_EQ(color.hexString(ColorByteFormat::bgra, false, true), "FF801144");
     // Any space formats, through RGB.
     EXPECT_EQ(Color::gray(1).hexString(), "ffffff");
-}
-
-TEST(PalHexTest, ParseAndFormatAgreeInEveryOrder) {
-    for (auto format : {ColorByteFormat::rgb, ColorByteFormat::bgr, ColorByteFormat::argb, ColorByteFormat::rgba,
-                        ColorByteFormat::abgr, ColorByteFormat::bgra}) {
-        const Color color = Color::rgb255(0x12, 0x34, 0x56, 0x78);
-        const std::string text = color.hexString(format);
-        const Color back = Color::hex(text, format);
-        EXPECT_EQ(back.hexString(format), text) << PAL::text(format);
-    }
 }

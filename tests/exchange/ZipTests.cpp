@@ -134,32 +134,22 @@ TEST(ZipTest, RefusesArchivesItCannotTrust) {
     damaged[40] ^= 1;  // one bit of the stored data
     refused(damaged);
 
-    // Sizes that do not match the data: too small (an archive that inflates past what it declared,
-    // stopped early), too large, and larger than we ever inflate.
-    for (const std::uint32_t size : {1000u, std::uint32_t(text.size() + 1), std::uint32_t(zip::maximumEntrySize + 1)}) {
+    // Fields patched in the central directory and the end record: sizes that do not match the data (too small,
+    // an archive that inflates past what it declared, stopped early; too large; larger than we ever inflate),
+    // encryption, bzip2, Zip64 in the central directory or the end record, and a central directory past the end.
+    const std::size_t end = deflated.size() - 22;
+    const auto u32 = [](std::size_t value) { return static_cast<std::uint32_t>(value); };
+    const std::vector<std::vector<std::tuple<std::size_t, int, std::uint32_t>>> patches = {
+        {{central + 24, 4, 1000}}, {{central + 24, 4, u32(text.size() + 1)}}, {{central + 24, 4, u32(zip::maximumEntrySize + 1)}},
+        {{central + 8, 2, 1}},  {{central + 10, 2, 12}},  {{central + 20, 4, 0xFFFFFFFF}},
+        {{end + 10, 2, 0xFFFF}, {end + 8, 2, 0xFFFF}},  {{end + 16, 4, u32(deflated.size())}}};
+    for (const auto& fields : patches) {
+        SCOPED_TRACE(&fields - patches.data());
         damaged = deflated;
-        put32(damaged, central + 24, size);
+        for (const auto& [at, width, value] : fields)
+            width == 2 ? put16(damaged, at, static_cast<std::uint16_t>(value)) : put32(damaged, at, value);
         refused(damaged);
     }
-
-    damaged = deflated;
-    put16(damaged, central + 8, 1);  // encrypted
-    refused(damaged);
-    damaged = deflated;
-    put16(damaged, central + 10, 12);  // bzip2
-    refused(damaged);
-
-    // Zip64 in the central directory or the end record, and a central directory past the end.
-    damaged = deflated;
-    put32(damaged, central + 20, 0xFFFFFFFF);
-    refused(damaged);
-    damaged = deflated;
-    put16(damaged, damaged.size() - 22 + 10, 0xFFFF);
-    put16(damaged, damaged.size() - 22 + 8, 0xFFFF);
-    refused(damaged);
-    damaged = deflated;
-    put32(damaged, damaged.size() - 22 + 16, static_cast<std::uint32_t>(damaged.size()));
-    refused(damaged);
 }
 
 TEST(ZipTest, RefusesNamesThatLeaveTheArchiveAndNamesTwice) {
