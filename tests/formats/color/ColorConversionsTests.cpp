@@ -30,48 +30,40 @@ TEST(ColorConversionsTest, CMYKIsTheSimpleFormulaInWholePercent) {
 }
 
 TEST(ColorConversionsTest, HSLOfPrimariesPinkAndGray) {
-    auto red = hsl(ColorValue::rgb(1, 0, 0));
-    EXPECT_EQ(red.hue, 0);
-    EXPECT_EQ(red.saturation, 100);
-    EXPECT_EQ(red.lightness, 50);
-
-    // #FF0080: red dominates with more blue than green, so the hue wraps to just under 360.
-    auto pink = hsl(ColorValue::rgb(1, 0, 128.0 / 255.0, 0.5));
-    EXPECT_NEAR(pink.hue, 329.88, 0.01);
-    EXPECT_EQ(pink.saturation, 100);
-    EXPECT_EQ(pink.lightness, 50);
-    EXPECT_EQ(pink.alpha, 0.5);
-
-    auto gray = hsl(ColorValue::rgb(0.3, 0.3, 0.3));
-    EXPECT_EQ(gray.hue, 0);
-    EXPECT_EQ(gray.saturation, 0);
-    EXPECT_NEAR(gray.lightness, 30, 1e-12);
-
-    // Light colours take the other saturation formula; green and blue hues come from their own branches.
-    auto mint = hsl(ColorValue::rgb(0.6, 1, 0.8));
-    EXPECT_NEAR(mint.hue, 150, 1e-9);
-    EXPECT_NEAR(mint.saturation, 100, 1e-9);
-    EXPECT_NEAR(mint.lightness, 80, 1e-9);
-    EXPECT_NEAR(hsl(ColorValue::rgb(0, 0, 1)).hue, 240, 1e-12);
-    // Red wins a tie for the largest component.
-    EXPECT_NEAR(hsl(ColorValue::rgb(1, 1, 0)).hue, 60, 1e-12);
+    struct Case { ColorValue color; double hue, saturation, lightness; };
+    for (const auto& [color, hue, saturation, lightness] : {
+             Case{ColorValue::rgb(1, 0, 0), 0, 100, 50},
+             // #FF0080: red dominates with more blue than green, so the hue wraps to just under 360.
+             Case{ColorValue::rgb(1, 0, 128.0 / 255.0), 360 - 60 * 128.0 / 255.0, 100, 50},
+             Case{ColorValue::rgb(0.3, 0.3, 0.3), 0, 0, 30},
+             // Light colours take the other saturation formula; green and blue hues come from their own branches.
+             Case{ColorValue::rgb(0.6, 1, 0.8), 150, 100, 80},
+             Case{ColorValue::rgb(0, 0, 1), 240, 100, 50},
+             Case{ColorValue::rgb(1, 1, 0), 60, 100, 50},  // red wins a tie for the largest component
+         }) {
+        const auto values = hsl(color);
+        EXPECT_NEAR(values.hue, hue, 1e-9) << hexText(color);
+        EXPECT_NEAR(values.saturation, saturation, 1e-9) << hexText(color);
+        EXPECT_NEAR(values.lightness, lightness, 1e-9) << hexText(color);
+    }
+    EXPECT_EQ(hsl(ColorValue::rgb(1, 0, 0, 0.5)).alpha, 0.5);
 }
 
 TEST(ColorConversionsTest, HWBRoundsAndDoesNotWrapTheHue) {
-    auto red = hwb(ColorValue::rgb(1, 0, 0));
-    EXPECT_EQ(red.hue, 0);
-    EXPECT_EQ(red.whiteness, 0);
-    EXPECT_EQ(red.blackness, 0);
-
-    EXPECT_EQ(hwb(ColorValue::rgb(1, 0, 128.0 / 255.0)).hue, -30);
-    EXPECT_EQ(hwb(ColorValue::rgb(0, 0, 1)).hue, 240);
-    EXPECT_EQ(hwb(ColorValue::rgb(0.2, 0.9, 0.2)).hue, 120);
-
-    auto gray = hwb(ColorValue::rgb(0.3, 0.3, 0.3, 0.7));
-    EXPECT_EQ(gray.hue, 0);
-    EXPECT_EQ(gray.whiteness, 30);
-    EXPECT_EQ(gray.blackness, 70);
-    EXPECT_EQ(gray.alpha, 0.7);
+    struct Case { ColorValue color; double hue, whiteness, blackness; };
+    for (const auto& [color, hue, whiteness, blackness] : {
+             Case{ColorValue::rgb(1, 0, 0), 0, 0, 0},
+             Case{ColorValue::rgb(1, 0, 128.0 / 255.0), -30, 0, 0},
+             Case{ColorValue::rgb(0, 0, 1), 240, 0, 0},
+             Case{ColorValue::rgb(0.2, 0.9, 0.2), 120, 20, 10},
+             Case{ColorValue::rgb(0.3, 0.3, 0.3), 0, 30, 70},
+         }) {
+        const auto values = hwb(color);
+        EXPECT_EQ(values.hue, hue) << hexText(color);
+        EXPECT_EQ(values.whiteness, whiteness) << hexText(color);
+        EXPECT_EQ(values.blackness, blackness) << hexText(color);
+    }
+    EXPECT_EQ(hwb(ColorValue::rgb(0.3, 0.3, 0.3, 0.7)).alpha, 0.7);
 }
 
 TEST(ColorConversionsTest, ComponentSetsKeepTheNumbersOfAnyRGBSpace) {
@@ -127,27 +119,20 @@ TEST(ColorConversionsTest, ColorFromHexReadsAsAScannerDoes) {
 }
 
 TEST(ColorConversionsTest, ScannerReadingOfNumbersAndPairs) {
-    EXPECT_EQ(scanHexNumber("1f"), 31u);
-    EXPECT_EQ(scanHexNumber(" \t0X1f"), 31u);
-    EXPECT_EQ(scanHexNumber("0x"), 0u);
-    EXPECT_EQ(scanHexNumber("0xg"), 0u);
-    EXPECT_EQ(scanHexNumber("x1"), std::nullopt);
-    EXPECT_EQ(scanHexNumber("-1"), std::nullopt);
-    EXPECT_EQ(scanHexNumber(""), std::nullopt);
-    EXPECT_EQ(scanHexNumber("FFFFFFFFFFFFFFFF"), std::numeric_limits<std::uint64_t>::max());
-    EXPECT_EQ(scanHexNumber("10000000000000000"), std::numeric_limits<std::uint64_t>::max());
-    EXPECT_EQ(scanHexNumber("\xFF" "12"), std::nullopt);  // a byte that is not UTF-8 is no digit
-
+    constexpr auto largest = std::numeric_limits<std::uint64_t>::max();
+    for (const auto& [text, number] : std::initializer_list<std::pair<const char*, std::optional<std::uint64_t>>>{
+             {"1f", 31}, {" \t0X1f", 31}, {"0x", 0}, {"0xg", 0}, {"x1", std::nullopt}, {"-1", std::nullopt},
+             {"", std::nullopt}, {"FFFFFFFFFFFFFFFF", largest}, {"10000000000000000", largest},
+             {"\xFF" "12", std::nullopt}}) {  // a byte that is not UTF-8 is no digit
+        EXPECT_EQ(scanHexNumber(text), number) << text;
+    }
     using Pairs = std::array<int, 3>;
-    EXPECT_EQ(scanHexPairs("FF8001"), (Pairs{255, 128, 1}));
-    EXPECT_EQ(scanHexPairs("GG0000"), (Pairs{0, 0, 0}));
-    EXPECT_EQ(scanHexPairs("12"), (Pairs{18, 0, 0}));
-    EXPECT_EQ(scanHexPairs("123"), (Pairs{18, 3, 0}));
-    EXPECT_EQ(scanHexPairs("1G2H3I"), (Pairs{1, 2, 3}));
-    EXPECT_EQ(scanHexPairs(" F0A0B"), (Pairs{15, 10, 11}));
-    EXPECT_EQ(scanHexPairs("0x1234"), (Pairs{0, 18, 52}));
-    EXPECT_EQ(scanHexPairs("\xC3\xA9" "F0A0B"), (Pairs{0, 10, 11}));  // pairs count characters, not bytes
-    EXPECT_EQ(scanHexPairs("FF00FF99"), (Pairs{255, 0, 255}));
+    for (const auto& [text, pairs] : std::initializer_list<std::pair<const char*, Pairs>>{
+             {"FF8001", {255, 128, 1}}, {"GG0000", {0, 0, 0}}, {"12", {18, 0, 0}}, {"123", {18, 3, 0}},
+             {"1G2H3I", {1, 2, 3}}, {" F0A0B", {15, 10, 11}}, {"0x1234", {0, 18, 52}}, {"FF00FF99", {255, 0, 255}},
+             {"\xC3\xA9" "F0A0B", {0, 10, 11}}}) {  // pairs count characters, not bytes
+        EXPECT_EQ(scanHexPairs(text), pairs) << text;
+    }
 }
 
 }  // namespace
