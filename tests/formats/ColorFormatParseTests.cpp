@@ -23,7 +23,6 @@ TEST(ColorFormatParse, PlainTextTemplates) {
     EXPECT_EQ(ColorFormatParse::parse(hotPink, "#hex[red]hex[green]hex[blue]"), "#ff0080");
     EXPECT_EQ(ColorFormatParse::parse(hotPink, "hex[blue]-hex[blue]"), "80-80");
     EXPECT_EQ(ColorFormatParse::parse(halfRed, "hex[red] hex[alpha]"), "80 80");
-    EXPECT_EQ(ColorFormatParse::parse(ColorValue::rgb(0, 1, 0), "hex[red]hex[green]"), "00ff");
     // Tokens are case-sensitive, and a longer token never leaves its tail for a shorter one.
     EXPECT_EQ(ColorFormatParse::parse(halfRed, "[RED] Hex[red]"), "[RED] Hex0.5");
     EXPECT_EQ(ColorFormatParse::parse(halfRed, "css[alpha] [alpha]"), "0.5 0.5");

@@ -104,8 +104,7 @@ TEST_F(ColorFormatsTest, LookupReadsTheRightTemplate) {
 }
 
 TEST_F(ColorFormatsTest, Options) {
-    using Options = ColorFormatOptions;
-    const Options prefixOn = {{"Show Prefix #", true}}, prefixOff = {{"Show Prefix #", false}};
+    const ColorFormatOptions prefixOn = {{"Show Prefix #", true}}, prefixOff = {{"Show Prefix #", false}};
     EXPECT_EQ(applyOptions("#fff", prefixOn), "#fff");
     EXPECT_EQ(applyOptions("fff", prefixOn), "#fff");
     EXPECT_EQ(applyOptions("", prefixOn), "#");
@@ -116,11 +115,6 @@ TEST_F(ColorFormatsTest, Options) {
     EXPECT_EQ(applyOptions("a b\tc\n", {{"Remove white spaces", true}}), "ab\tc\n");
     EXPECT_EQ(applyOptions("a b", {{"Remove white spaces", false}, {"Unknown", true}}), "a b");
     EXPECT_EQ(applyOptions("#Ab", {}), "#Ab");
-
-    auto item = makeFormat("Caps", "rgb(hex[red], hex[blue])");
-    item->options = {{"All Caps", true}, {"Show Prefix #", true}, {"Remove white spaces", true}};
-    catalogue().formats = {item};
-    EXPECT_EQ(catalogue().clipboardString(hotPink, "Caps"), "#RGB(FF,80)");
 }
 
 TEST_F(ColorFormatsTest, AddMakesACustomFormatWithAUniqueName) {
@@ -225,17 +219,6 @@ TEST_F(ColorFormatsTest, LoadFallsBackThroughTheVersionsToTheShippedCatalogue) {
     EXPECT_FALSE(succeeded);
     EXPECT_EQ(catalogue().clipboardString(hotPink), "#FF0080");
     EXPECT_EQ(environment.files.files[storedPath("v5")], "{\"formats\":5}");
-}
-
-TEST_F(ColorFormatsTest, AFailedWriteKeepsTheStateAndTheOldFile) {
-    catalogue().formats = {makeFormat("Mine", "m")};
-    ASSERT_TRUE(catalogue().save());
-    const auto before = environment.files.files[storedPath("v5")];
-    environment.files.failWrites = true;
-    catalogue().add(makeFormat("New", "n"));
-    EXPECT_FALSE(catalogue().save());
-    EXPECT_EQ(catalogue().formats.size(), 2u);
-    EXPECT_EQ(environment.files.files[storedPath("v5")], before);
 }
 
 TEST_F(ColorFormatsTest, FixUUIDSRenewsTheLaterDuplicates) {

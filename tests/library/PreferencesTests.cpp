@@ -115,13 +115,6 @@ TEST_F(PreferenceStore, ResetWritesEveryDefaultAndPostsOnce) {
     EXPECT_FALSE(LoginItem::isEnabled());
 }
 
-TEST_F(PreferenceStore, OnboardingsFlagIsAPlainBooleanDefaultingToTrue) {
-    EXPECT_TRUE(Preferences::needsOnboardingDisplay());
-    Preferences::setNeedsOnboardingDisplay(false);
-    EXPECT_EQ(environment.defaults.boolean(DefaultsKeys::onboardingNeedsDisplay), false);
-    EXPECT_FALSE(Preferences::needsOnboardingDisplay());
-}
-
 TEST_F(PreferenceStore, SettingsAndDockDataRoundTripThroughTheDefaults) {
     auto& settings = Settings::shared();
     settings.setMainFrame(SettingsFrame{{10, 20, 800, 600}, "remembered"});
