@@ -1,6 +1,7 @@
 // The program's own component sets (CMYK, HSL, HWB) and hex text in both directions.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <limits>
 
@@ -9,24 +10,16 @@
 namespace kro {
 namespace {
 
-struct Four {
-    double a, b, c, d;
-};
-
-void expectValues(const CMYKValues& v, Four expected) {
-    EXPECT_EQ(v.cyan, expected.a);
-    EXPECT_EQ(v.magenta, expected.b);
-    EXPECT_EQ(v.yellow, expected.c);
-    EXPECT_EQ(v.black, expected.d);
-}
+using Four = std::array<double, 4>;
+Four inks(const CMYKValues& v) { return {v.cyan, v.magenta, v.yellow, v.black}; }
 
 TEST(ColorConversionsTest, CMYKIsTheSimpleFormulaInWholePercent) {
-    expectValues(cmyk(ColorValue::rgb(1, 1, 1)), {0, 0, 0, 0});
-    expectValues(cmyk(ColorValue::rgb(0, 0, 0)), {0, 0, 0, 100});
-    expectValues(cmyk(ColorValue::rgb(0.2, 0.4, 0.6, 0.3)), {67, 33, 0, 40});
+    EXPECT_EQ(inks(cmyk(ColorValue::rgb(1, 1, 1))), (Four{0, 0, 0, 0}));
+    EXPECT_EQ(inks(cmyk(ColorValue::rgb(0, 0, 0))), (Four{0, 0, 0, 100}));
+    EXPECT_EQ(inks(cmyk(ColorValue::rgb(0.2, 0.4, 0.6, 0.3))), (Four{67, 33, 0, 40}));
     EXPECT_EQ(cmyk(ColorValue::rgb(0.2, 0.4, 0.6, 0.3)).alpha, 0.3);
     // Black 12.5 rounds away from zero.
-    expectValues(cmyk(ColorValue::rgb(0.875, 0.875, 0.875)), {0, 0, 0, 13});
+    EXPECT_EQ(inks(cmyk(ColorValue::rgb(0.875, 0.875, 0.875))), (Four{0, 0, 0, 13}));
 }
 
 TEST(ColorConversionsTest, HSLOfPrimariesPinkAndGray) {
@@ -70,11 +63,11 @@ TEST(ColorConversionsTest, ComponentSetsKeepTheNumbersOfAnyRGBSpace) {
     // A Display P3 pick is not moved into generic RGB first: its numbers are read as they are.
     auto p3 = ColorValue::withComponents(ColorSpace::displayP3(), {1, 0, 0});
     EXPECT_EQ(hsl(p3).saturation, 100);
-    expectValues(cmyk(p3), {0, 100, 100, 0});
+    EXPECT_EQ(inks(cmyk(p3)), (Four{0, 100, 100, 0}));
     // Another model is converted; a colour with no components reads as black.
     auto cmykColor = ColorValue::withComponents(ColorSpace::genericCMYK(), {0, 0, 0, 0});
     EXPECT_LE(cmyk(cmykColor).black, 1);
-    expectValues(cmyk(ColorValue::nonComponent(ColorType::pattern)), {0, 0, 0, 100});
+    EXPECT_EQ(inks(cmyk(ColorValue::nonComponent(ColorType::pattern))), (Four{0, 0, 0, 100}));
 }
 
 TEST(ColorConversionsTest, HexTextRoundsHalvesUpAndPrintsWhatItGets) {
@@ -91,26 +84,15 @@ TEST(ColorConversionsTest, HexTextRoundsHalvesUpAndPrintsWhatItGets) {
 }
 
 TEST(ColorConversionsTest, ColorFromHexReadsAsAScannerDoes) {
-    struct Case {
-        const char* text;
-        const char* hex;
-    };
-    for (const auto& [text, hex] : {
-             Case{"#FF8000", "FF8000"},
-             Case{"ff8000", "FF8000"},
-             Case{"  #a1b2c3\n", "A1B2C3"},
-             Case{"\xE2\x80\x83#102030\xC2\xA0", "102030"},  // Unicode spaces trim too
-             Case{"# 102030", "102030"},                      // the scanner skips spaces after "#"
-             Case{"0x102030", "102030"},
-             Case{"#12", "000012"},
-             Case{"FFF", "000FFF"},
-             Case{"1FF8000", "FF8000"},                 // the low three bytes
-             Case{"FF8000zz", "FF8000"},                // the number stops at the first non-digit
-             Case{"FFFFFFFFFFFFFFFFFFFF", "FFFFFF"},  // too large reads as the largest number
-             Case{"GG0000", "000000"},
-             Case{"##FF0000", "000000"},
-             Case{"", "000000"},
-         }) {
+    for (const auto& [text, hex] : std::initializer_list<std::pair<const char*, const char*>>{
+             {"#FF8000", "FF8000"}, {"ff8000", "FF8000"}, {"  #a1b2c3\n", "A1B2C3"}, {"0x102030", "102030"},
+             {"\xE2\x80\x83#102030\xC2\xA0", "102030"},  // Unicode spaces trim too
+             {"# 102030", "102030"},                      // the scanner skips spaces after "#"
+             {"#12", "000012"}, {"FFF", "000FFF"},
+             {"1FF8000", "FF8000"},                 // the low three bytes
+             {"FF8000zz", "FF8000"},                // the number stops at the first non-digit
+             {"FFFFFFFFFFFFFFFFFFFF", "FFFFFF"},  // too large reads as the largest number
+             {"GG0000", "000000"}, {"##FF0000", "000000"}, {"", "000000"}}) {
         auto color = colorFromHex(text);
         EXPECT_EQ(hexText(color), hex) << text;
         EXPECT_EQ(color.alpha(), 1);
