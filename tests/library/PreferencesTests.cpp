@@ -65,8 +65,6 @@ TEST_F(PreferenceStore, LoadingKeepsDefaultsForMissingPlainOrUndecodableValues) 
     EXPECT_EQ(preferences.appTheme(), AppTheme::automatic);
     EXPECT_EQ(preferences.historyLimit(), -25);
     EXPECT_EQ(preferences.autoImportPattern(), (std::set<ImportColorPattern>{ImportColorPattern::cssHEX}));
-    EXPECT_EQ(preferences.statusItemStyle(), StatusItemStyle::extended);
-    EXPECT_EQ(preferences.snapshotsRefresh(), SnapshotRefresh::day);
     EXPECT_TRUE(posted().empty());
 }
 
@@ -106,7 +104,6 @@ TEST_F(PreferenceStore, ResetWritesEveryDefaultAndPostsOnce) {
     preferences.reset();
     EXPECT_EQ(preferences.pickerZoom(), 8);
     EXPECT_FALSE(preferences.startLogin());
-    EXPECT_FALSE(preferences.suppressSideEffects());
     EXPECT_EQ(stored(environment, DefaultsKeys::pickerZoom), "8");
     EXPECT_EQ(stored(environment, DefaultsKeys::historyLimit), "-25");
     EXPECT_EQ(stored(environment, DefaultsKeys::listView), "false");
@@ -118,31 +115,22 @@ TEST_F(PreferenceStore, ResetWritesEveryDefaultAndPostsOnce) {
     EXPECT_FALSE(LoginItem::isEnabled());
 }
 
-TEST_F(PreferenceStore, OnboardingsFlagIsAPlainBooleanDefaultingToTrue) {
-    EXPECT_TRUE(Preferences::needsOnboardingDisplay());
-    Preferences::setNeedsOnboardingDisplay(false);
-    EXPECT_EQ(environment.defaults.boolean(DefaultsKeys::onboardingNeedsDisplay), false);
-    EXPECT_FALSE(Preferences::needsOnboardingDisplay());
-}
-
 TEST_F(PreferenceStore, SettingsAndDockDataRoundTripThroughTheDefaults) {
     auto& settings = Settings::shared();
     settings.setMainFrame(SettingsFrame{{10, 20, 800, 600}, "remembered"});
     settings.setMenuSize(SettingsSize{320, 480});
     settings.setColorSort(PaletteColorSort::nameDESC);
-    settings.setFormatSort(ColorFormatSort::nameASC);
     EXPECT_EQ(stored(environment, DefaultsKeys::menuSize), "[320.0,480.0]");
     EXPECT_EQ(stored(environment, DefaultsKeys::colorSort), "\"nameDESC\"");
-    EXPECT_EQ(posted(), std::vector<std::string>(4, "SettingsUpdated"));
+    EXPECT_EQ(posted(), std::vector<std::string>(3, "SettingsUpdated"));
 
     auto& dock = DockData::shared();
     environment.notifications.clearPostedNames();
     dock.setDockHiddenPalettes({"A", "B"});
-    dock.setScreenIndex(2);
     dock.setPosX(12.5);
     dock.setPosY(std::nullopt);
     EXPECT_EQ(stored(environment, DefaultsKeys::dockPosY), "null");
-    EXPECT_EQ(postedCount("DockUpdated"), 4u);
+    EXPECT_EQ(postedCount("DockUpdated"), 3u);
     EXPECT_EQ(posted()[0], "PreferencesUpdated");
     EXPECT_EQ(posted()[1], "DockUpdated");
 
@@ -154,9 +142,7 @@ TEST_F(PreferenceStore, SettingsAndDockDataRoundTripThroughTheDefaults) {
     EXPECT_EQ(*Settings::shared().mainFrame(), (SettingsFrame{{10, 20, 800, 600}, "remembered"}));
     EXPECT_EQ(Settings::shared().menuSize(), (SettingsSize{320, 480}));
     EXPECT_EQ(Settings::shared().colorSort(), PaletteColorSort::nameDESC);
-    EXPECT_EQ(Settings::shared().formatSort(), ColorFormatSort::nameASC);
     EXPECT_EQ(DockData::shared().dockHiddenPalettes(), (std::vector<std::string>{"A", "B"}));
-    EXPECT_EQ(DockData::shared().screenIndex(), 2);
     EXPECT_EQ(DockData::shared().posX(), 12.5);
     EXPECT_FALSE(DockData::shared().posY());
     EXPECT_EQ(DockData::shared().position(), DockWindowPosition::left);

@@ -54,12 +54,7 @@ TEST_F(SherlogLines, OnlyTheStandardOutputBitPrints) {
 }
 
 TEST(KroErrorRecord, DefaultsJsonAndSystemErrors) {
-    const KroError error;
-    EXPECT_EQ(error.code, -10000);
-    EXPECT_EQ(error.title, "Something Went Wrong");
-    EXPECT_EQ(error.reason, "An unexpected error occurred. Please try again later.");
-    EXPECT_FALSE(error.isServerRejection);
-    EXPECT_EQ(compactText(error.toJson()),
+    EXPECT_EQ(compactText(KroError().toJson()),
               R"({"code":-10000,"title":"Something Went Wrong","reason":"An unexpected error occurred. Please try again later.","isServerRejection":false})");
     EXPECT_EQ(KroError::fromJson(Json::parse(R"({"code":-1009,"isServerRejection":true})")).code, -1009);
     EXPECT_ANY_THROW(KroError::fromJson(Json::parse(R"({"code":"x"})")));
@@ -67,16 +62,11 @@ TEST(KroErrorRecord, DefaultsJsonAndSystemErrors) {
     const auto fromSystem = KroError::fromSystemError({-1001, "timed out"});
     EXPECT_EQ(fromSystem.code, -1001);
     EXPECT_EQ(fromSystem.reason, "timed out");
-    EXPECT_EQ(fromSystem.title, "Something Went Wrong");
 }
 
 TEST(KroErrorRecord, TheUsersTextForAnError) {
     EXPECT_EQ(errorText(std::nullopt), "Something went wrong.");
     EXPECT_EQ(errorText(SystemError{-1009, ""}), "You're not connected to the internet. Please check your connection.");
-    EXPECT_EQ(errorText(SystemError{-999, ""}), "Request was cancelled, possibly due to user action or navigation.");
-    EXPECT_EQ(errorText(SystemError{-1016, ""}), "The server returned data that couldn’t be processed.");
-    EXPECT_EQ(errorText(SystemError{-1200, ""}),
-              "Secure connection failed. Please ensure your connection is secure and try again.");
     EXPECT_EQ(errorText(SystemError{-1007, "x"}), "Something went wrong (code -1007). Please try again later.");
 }
 

@@ -12,30 +12,17 @@ std::vector<std::string> historyHexes() {
     return result;
 }
 
-TEST_F(Undo, NothingToUndoOrRedoUntilTwoStates) {
+TEST_F(Undo, AStateIsRecordedOnceOnTheBackgroundQueueAndUndoNeedsTwo) {
     auto& undo = UserUndo::shared();
-    EXPECT_FALSE(undo.canUndo());
-    EXPECT_FALSE(undo.canRedo());
     user().trigger(true, false, false, false);
-    // The insertion waits for the background queue.
     EXPECT_EQ(undo.engine().count(), 0u);
     environment.queue.runDue();
     EXPECT_EQ(undo.engine().count(), 1u);
     EXPECT_FALSE(undo.canUndo());
-    EXPECT_FALSE(undo.canRedo());
-    user().trigger(true, false, false, false);
-    environment.queue.runDue();
-    EXPECT_TRUE(undo.canUndo());
-    EXPECT_FALSE(undo.canRedo());
-}
-
-TEST_F(Undo, TheSameStateTwiceIsRecordedOnce) {
-    auto& undo = UserUndo::shared();
     undo.save(user(), 0);
     undo.save(user(), 0);
     environment.queue.runDue();
-    EXPECT_EQ(undo.engine().count(), 1u);
-    EXPECT_TRUE(undo.engine().lastMD5());
+    EXPECT_EQ(undo.engine().count(), 1u) << "the same state is recorded once";
     // The delay holds the insertion back.
     user().palettes[0]->name = "Changed";
     undo.save(user(), 0.5);
@@ -43,6 +30,8 @@ TEST_F(Undo, TheSameStateTwiceIsRecordedOnce) {
     EXPECT_EQ(undo.engine().count(), 1u);
     environment.queue.advance(Seconds(0.2));
     EXPECT_EQ(undo.engine().count(), 2u);
+    EXPECT_TRUE(undo.canUndo());
+    EXPECT_FALSE(undo.canRedo());
 }
 
 TEST_F(Undo, UndoAndRedoPutWholeStatesBackAndTheListOnlyGrows) {
@@ -130,7 +119,6 @@ TEST_F(Undo, TheContrastPairsComeBackToTheCaller) {
     auto forward = undo.redo();
     ASSERT_TRUE(forward);
     EXPECT_EQ(forward->first, second.first);
-    EXPECT_NE(ContrastUndo::description(first), ContrastUndo::description(second));
 }
 
 }  // namespace

