@@ -75,6 +75,12 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::vga18bit: return makeVGA18BitCoder();
     case PaletteFormat::gimp: return makeGIMPCoder();
     case PaletteFormat::json: return makeJSONCoder();
+    case PaletteFormat::paintShopPro: return makePaintShopProCoder();
+    case PaletteFormat::paintNET: return makePaintNETCoder();
+    case PaletteFormat::corelPainter: return makeCorelPainterCoder();
+    case PaletteFormat::corelDrawV3: return makeCorelDrawV3Coder();
+    case PaletteFormat::hpl: return makeHomeSiteCoder();
+    case PaletteFormat::skencil: return makeSkencilCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }

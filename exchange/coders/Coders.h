@@ -18,6 +18,12 @@ std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
 
 std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
+std::unique_ptr<PaletteCoder> makePaintShopProCoder();
+std::unique_ptr<PaletteCoder> makePaintNETCoder();
+std::unique_ptr<PaletteCoder> makeCorelPainterCoder();
+std::unique_ptr<PaletteCoder> makeCorelDrawV3Coder();
+std::unique_ptr<PaletteCoder> makeHomeSiteCoder();
+std::unique_ptr<PaletteCoder> makeSkencilCoder();
 
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
