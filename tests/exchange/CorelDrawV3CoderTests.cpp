@@ -68,6 +68,16 @@ TEST(CorelDrawV3CoderTest, ReadsTheFilesCorelDrawShipped) {
     EXPECT_EQ(palette.colors[3], percentages(0, 0, 0, 0, ""));
 }
 
+TEST(CorelDrawV3CoderTest, OverlongUTF8IsWindows1252AndWritesBack) {
+    // C0 92 only looks like UTF-8 (an overlong U+0012): taken as UTF-8 it wrote a control byte into the name
+    // that the reader then refused.
+    const auto coderUnderTest = coder(PaletteFormat::corelDrawV3);
+    const Palette palette = decodeCorelDraw("\"B\xCC\x85\xC0\x92\x61\"1 2 3 4\r\n\x1A");
+    ASSERT_EQ(palette.colors.size(), 1u);
+    EXPECT_EQ(palette.colors[0].name, "BÌ…À’a");
+    EXPECT_EQ(decodeCorelDraw(coderUnderTest->encode(palette)).colors, palette.colors);
+}
+
 TEST(CorelDrawV3CoderTest, RefusesOtherPalFiles) {
     // Empty files, JASC and RIFF palettes, binary VGA palettes (even one whose first byte is a quote), and
     // lines that are not whole swatches.
