@@ -4,6 +4,8 @@
 // gives every colour a name of its own so that Skencil keeps all of them.
 #include <set>
 #include <tuple>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "exchange/BytesReader.h"
 #include "exchange/ExchangeLog.h"
@@ -38,7 +40,7 @@ std::string_view nextWord(std::string_view& rest) {
 // What the reader noticed that Skencil itself would not have taken.
 struct Notes {
     bool clamped = false, unnamed = false, repeated = false;
-    std::set<std::string> names;
+    std::unordered_set<std::string> names;
     std::set<std::tuple<double, double, double>> values;
 };
 
@@ -57,14 +59,25 @@ Color entry(std::string_view line, Notes& notes) {
     return Color::rgb(rgb[0], rgb[1], rgb[2], 1, std::move(name));
 }
 
-// The colour's name, or its hex value when it has none, made unique with a number.
-std::string uniqueName(const Color& color, std::set<std::string>& used) {
-    std::string base = textfile::singleLine(trimmed(color.name));
-    if (base.empty()) base = color.hexString(ColorByteFormat::rgb, true);
-    std::string name = base;
-    for (int suffix = 2; !used.insert(name).second; ++suffix) name = base + " " + std::to_string(suffix);
-    return name;
-}
+// Names that Skencil keeps apart: a colour's own name, or its hex value when it has none, with a number
+// after a name already given. Each name remembers its next number, so that many equal names stay linear.
+class UniqueNames {
+public:
+    std::string take(const Color& color) {
+        std::string base = textfile::singleLine(trimmed(color.name));
+        if (base.empty()) base = color.hexString(ColorByteFormat::rgb, true);
+        if (used.insert(base).second) return base;
+        int& suffix = nextSuffix.try_emplace(base, 2).first->second;
+        std::string name;
+        do name = base + " " + std::to_string(suffix++);
+        while (!used.insert(name).second);
+        return name;
+    }
+
+private:
+    std::unordered_set<std::string> used;
+    std::unordered_map<std::string, int> nextSuffix;
+};
 
 class SkencilCoder final : public PaletteCoder {
 public:
@@ -95,15 +108,15 @@ public:
         const auto colors = palette.allColors();
         std::string out = std::string(magic) + "\n";
         out.reserve(out.size() + colors.size() * 40);
-        std::set<std::string> names;
-        std::set<std::string> values;
+        UniqueNames names;
+        std::unordered_set<std::string> values;
         bool repeatedValues = false;
         for (const auto& color : colors) {
             const RGB rgb = color.rgb();
             const std::string line = textfile::significant(rgb.rf, significantDigits) + ' ' + textfile::significant(rgb.gf, significantDigits) +
                                      ' ' + textfile::significant(rgb.bf, significantDigits);
             repeatedValues = repeatedValues || !values.insert(line).second;
-            out += line + '\t' + uniqueName(color, names) + '\n';
+            out += line + '\t' + names.take(color) + '\n';
         }
         if (repeatedValues) logInfo("PAL.Coder.Skencil: The palette repeats colors; Skencil keeps only the first of each");
         return out;

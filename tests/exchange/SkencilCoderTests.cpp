@@ -29,6 +29,14 @@ TEST(SkencilCoderTest, WritesSkencilsLayout) {
               "1 1 1\tPaper White\n");
 }
 
+TEST(SkencilCoderTest, GivenNamesAndNumberedOnesNeverMeet) {
+    const Palette palette("", {Color::rgb(0, 0, 0, 1, "Ink"), Color::rgb(0, 0, 0.1, 1, "Ink"), Color::rgb(0, 0, 0.2, 1, "Ink 2"),
+                               Color::rgb(0, 0, 0.3, 1, "Ink")});
+    std::vector<std::string> names;
+    for (const auto& color : decodeSkencil(coder(PaletteFormat::skencil)->encode(palette)).colors) names.push_back(color.name);
+    EXPECT_EQ(names, (std::vector<std::string>{"Ink", "Ink 2", "Ink 2 2", "Ink 3"}));
+}
+
 TEST(SkencilCoderTest, ReadsWhatItWrites) {
     const auto coderUnderTest = coder(PaletteFormat::skencil);
     const std::vector<Color> colors = {Color::rgb(0.123456, 1, 0, 1, "Ünïcode name with  spaces"), Color::rgb255(0, 0, 51, 255, "#000033"),
