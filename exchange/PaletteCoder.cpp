@@ -78,6 +78,12 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::json: return makeJSONCoder();
     case PaletteFormat::swatches: return makeSwatchesCoder();
     case PaletteFormat::swatchbooker: return makeSwatchBookerCoder();
+    case PaletteFormat::paintShopPro: return makePaintShopProCoder();
+    case PaletteFormat::paintNET: return makePaintNETCoder();
+    case PaletteFormat::corelPainter: return makeCorelPainterCoder();
+    case PaletteFormat::corelDrawV3: return makeCorelDrawV3Coder();
+    case PaletteFormat::hpl: return makeHomeSiteCoder();
+    case PaletteFormat::skencil: return makeSkencilCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }

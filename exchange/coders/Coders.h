@@ -21,6 +21,12 @@ std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
 
 std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
+std::unique_ptr<PaletteCoder> makePaintShopProCoder();
+std::unique_ptr<PaletteCoder> makePaintNETCoder();
+std::unique_ptr<PaletteCoder> makeCorelPainterCoder();
+std::unique_ptr<PaletteCoder> makeCorelDrawV3Coder();
+std::unique_ptr<PaletteCoder> makeHomeSiteCoder();
+std::unique_ptr<PaletteCoder> makeSkencilCoder();
 
 std::unique_ptr<PaletteCoder> makeSwatchesCoder();
 std::unique_ptr<PaletteCoder> makeSwatchBookerCoder();

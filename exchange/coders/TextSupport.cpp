@@ -1,9 +1,12 @@
 #include "exchange/coders/TextSupport.h"
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+
+#include "exchange/BytesReader.h"
 
 namespace PAL::textfile {
 
@@ -53,7 +56,45 @@ std::string fromUTF16(std::string_view bytes, bool bigEndian) {
     return out;
 }
 
+// What Windows-1252 puts at 0x80...0x9F; the five bytes it leaves unassigned keep their C1 code points.
+constexpr std::uint16_t windows1252High[32] = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+// The code point at `i` of UTF-8 text, advancing `i`. A malformed sequence, an overlong form (C0 92 for
+// U+0012), a surrogate or a value past U+10FFFF gives nullopt and skips one byte: such bytes are not UTF-8,
+// and taking them as text would let a control character hide inside a name.
+std::optional<std::uint32_t> nextCodePoint(std::string_view text, std::size_t& i) {
+    const auto lead = static_cast<unsigned char>(text[i]);
+    const std::size_t length = lead < 0x80 ? 1 : (lead >> 5) == 0x6 ? 2 : (lead >> 4) == 0xE ? 3 : (lead >> 3) == 0x1E ? 4 : 0;
+    if (length == 0 || i + length > text.size()) {
+        ++i;
+        return std::nullopt;
+    }
+    std::uint32_t codePoint = length == 1 ? lead : lead & (0x7F >> length);
+    for (std::size_t k = 1; k < length; ++k) {
+        const auto next = static_cast<unsigned char>(text[i + k]);
+        if ((next & 0xC0) != 0x80) {
+            ++i;
+            return std::nullopt;
+        }
+        codePoint = (codePoint << 6) | (next & 0x3F);
+    }
+    constexpr std::uint32_t smallest[5] = {0, 0, 0x80, 0x800, 0x10000};
+    if (codePoint < smallest[length] || codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint < 0xE000)) {
+        ++i;
+        return std::nullopt;
+    }
+    i += length;
+    return codePoint;
+}
+
 }  // namespace
+
+std::string remainingBytes(BytesParser::BytesReader& reader) {
+    const auto bytes = reader.readAll();
+    return std::string(bytes.begin(), bytes.end());
+}
 
 std::string fromBytes(std::string_view bytes) {
     if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
@@ -63,14 +104,8 @@ std::string fromBytes(std::string_view bytes) {
 }
 
 bool isValidUTF8(std::string_view text) {
-    for (std::size_t i = 0; i < text.size();) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        const std::size_t length = c < 0x80 ? 1 : (c >> 5) == 0x6 ? 2 : (c >> 4) == 0xE ? 3 : (c >> 3) == 0x1E ? 4 : 0;
-        if (length == 0 || i + length > text.size()) return false;
-        for (std::size_t k = 1; k < length; ++k)
-            if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80) return false;
-        i += length;
-    }
+    for (std::size_t i = 0; i < text.size();)
+        if (!nextCodePoint(text, i)) return false;
     return true;
 }
 
@@ -78,6 +113,31 @@ std::string latin1ToUTF8(std::string_view text) {
     std::string out;
     out.reserve(text.size());
     for (unsigned char c : text) appendUTF8(out, c);
+    return out;
+}
+
+std::string windows1252ToUTF8(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (unsigned char c : text) appendUTF8(out, c >= 0x80 && c < 0xA0 ? windows1252High[c - 0x80] : c);
+    return out;
+}
+
+std::string utf8ToWindows1252(std::string_view text, char replacement) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size();) {
+        const auto codePoint = nextCodePoint(text, i);
+        if (!codePoint) {
+            out += replacement;
+        } else if (*codePoint < 0x80 || (*codePoint >= 0xA0 && *codePoint < 0x100)) {
+            out += static_cast<char>(*codePoint);
+        } else {
+            const auto* const end = std::end(windows1252High);
+            const auto* const found = std::find(std::begin(windows1252High), end, *codePoint);
+            out += found == end ? replacement : static_cast<char>(0x80 + (found - std::begin(windows1252High)));
+        }
+    }
     return out;
 }
 
@@ -171,6 +231,13 @@ std::string fixedTrimmed(double value, int decimals) {
 std::string shortest(double value) {
     char buffer[64];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    return result.ec == std::errc() ? std::string(buffer, result.ptr) : "0";
+}
+
+std::string significant(double value, int digits) {
+    char buffer[64];
+    if (value == 0) value = 0;  // no "-0"
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, digits);
     return result.ec == std::errc() ? std::string(buffer, result.ptr) : "0";
 }
 

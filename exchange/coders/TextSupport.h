@@ -7,14 +7,24 @@
 #include <string_view>
 #include <vector>
 
+namespace BytesParser {
+class BytesReader;
+}
+
 namespace PAL::textfile {
 
 // The file's text as UTF-8: a UTF-8 byte-order mark is dropped, a UTF-16 one (either order) is
 // decoded, and bytes that are not valid UTF-8 are taken as Latin-1.
 std::string fromBytes(std::string_view bytes);
+// Everything left in the reader, as bytes for fromBytes.
+std::string remainingBytes(BytesParser::BytesReader& reader);
 
 bool isValidUTF8(std::string_view text);
 std::string latin1ToUTF8(std::string_view text);
+// Windows-1252 is Latin-1 except for 0x80...0x9F, where it has typographic quotes, dashes and the euro.
+std::string windows1252ToUTF8(std::string_view text);
+// UTF-8 to Windows-1252; a character the code page lacks becomes `replacement`.
+std::string utf8ToWindows1252(std::string_view text, char replacement = '?');
 
 // Lines split on LF, CR LF or a lone CR; a final line ending does not add an empty line.
 std::vector<std::string_view> splitLines(std::string_view text);
@@ -39,6 +49,8 @@ std::string fixed(double value, int decimals);
 std::string fixedTrimmed(double value, int decimals);
 // The shortest text that reads back as `value`, always with '.'.
 std::string shortest(double value);
+// `value` as C's "%g" writes it with `digits` significant digits (trailing zeros dropped), always with '.'.
+std::string significant(double value, int digits);
 
 // Line breaks and tabs inside a name would break a line-based format: they become spaces.
 std::string singleLine(std::string_view text);
