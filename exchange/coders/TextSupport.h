@@ -2,10 +2,15 @@
 // What every text palette coder needs: bytes to UTF-8 text, lines under any ending, trimming, and
 // locale-free numbers. A coder reads the file's text through these so that a byte-order mark, a
 // CR LF file or a Latin-1 name is handled the same way everywhere.
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace BytesParser {
+class BytesReader;
+}
 
 namespace PAL::textfile {
 
@@ -13,8 +18,13 @@ namespace PAL::textfile {
 // decoded, and bytes that are not valid UTF-8 are taken as Latin-1.
 std::string fromBytes(std::string_view bytes);
 
+// The rest of the stream, as fromBytes reads it.
+std::string readText(BytesParser::BytesReader& reader);
+
 bool isValidUTF8(std::string_view text);
 std::string latin1ToUTF8(std::string_view text);
+// Appends one code point as UTF-8.
+void appendUTF8(std::string& out, std::uint32_t codePoint);
 
 // Lines split on LF, CR LF or a lone CR; a final line ending does not add an empty line.
 std::vector<std::string_view> splitLines(std::string_view text);
@@ -25,6 +35,8 @@ std::string_view trimmed(std::string_view text);
 std::vector<std::string_view> words(std::string_view text);
 // Splits on one separator character; fields are not trimmed.
 std::vector<std::string_view> fields(std::string_view text, char separator);
+// The next word of `rest` (skipping blanks before it), which is removed from `rest`; empty at the end.
+std::string_view nextWord(std::string_view& rest);
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
 
@@ -33,6 +45,10 @@ std::optional<long long> integer(std::string_view token);
 // A whole token as a C-locale decimal number (optional sign, '.', exponent); nullopt otherwise,
 // and for infinities and NaN.
 std::optional<double> number(std::string_view token);
+// The hex digits of a colour token: 6 or 8 hex digits, or 3 or 4 after a '#' or "0x" (without one,
+// "123" is a number and "bad" a word); nullopt for any other token.
+std::optional<std::string_view> hexColorDigits(std::string_view token);
+
 // `value` with at most `decimals` digits after the point, trailing zeros kept, always with '.'.
 std::string fixed(double value, int decimals);
 // The shortest text that reads back as `value`, always with '.'.

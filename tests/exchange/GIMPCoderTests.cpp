@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "ExchangeTestSupport.h"
 #include "exchange/PaletteCoder.h"
@@ -14,21 +11,6 @@ using Case = CommonError::Case;
 namespace {
 
 Palette decodeGIMP(std::string_view text) { return coder(PaletteFormat::gimp)->decode(text); }
-
-// The folder of palettes fetched from GIMP's, Inkscape's and Krita's Debian packages (one sub-folder each).
-std::filesystem::path realPalettes() {
-    const char* folder = std::getenv("KRO_REAL_PALETTES");
-    return folder ? folder : "";
-}
-
-std::string sampleText(const std::filesystem::path& relative) {
-    const auto path = realPalettes() / relative;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) ADD_FAILURE() << "missing real palette " << path << " (run through CTest, which fetches them)";
-    std::stringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-}
 
 }  // namespace
 
@@ -113,24 +95,24 @@ TEST(GIMPCoderTest, RefusesWhatIsNotAGIMPPalette) {
 }
 
 TEST(GIMPCoderTest, ReadsGIMPsAndInkscapesOwnPalettes) {
-    const Palette tango = decodeGIMP(sampleText("gimp-data/Tango.gpl"));
+    const Palette tango = decodeGIMP(realPaletteText("gimp-data/Tango.gpl"));
     EXPECT_EQ(tango.name, "Tango Icon Theme");
     ASSERT_EQ(tango.colors.size(), 27u);
     EXPECT_EQ(tango.colors[0], Color::rgb255(252, 233, 79, 255, "Butter 1"));
     EXPECT_EQ(tango.colors[26], Color::rgb255(46, 52, 54, 255, "Aluminium 6"));
 
-    const Palette warm = decodeGIMP(sampleText("gimp-data/Warm_Colors.gpl"));
+    const Palette warm = decodeGIMP(realPaletteText("gimp-data/Warm_Colors.gpl"));
     EXPECT_EQ(warm.name, "Warm Colors");
     ASSERT_EQ(warm.colors.size(), 7u);
     EXPECT_EQ(warm.colors[6], Color::rgb255(117, 0, 0));
 
-    const Palette inkscape = decodeGIMP(sampleText("inkscape/inkscape.gpl"));
+    const Palette inkscape = decodeGIMP(realPaletteText("inkscape/inkscape.gpl"));
     EXPECT_EQ(inkscape.name, "Inkscape default");
     ASSERT_EQ(inkscape.colors.size(), 431u);
     EXPECT_EQ(inkscape.colors[1], Color::rgb255(26, 26, 26, 255, "90% Gray"));
     EXPECT_TRUE(inkscape.colors.back().name.empty());
 
-    const Palette android = decodeGIMP(sampleText("inkscape/Android-icon-palette.gpl"));
+    const Palette android = decodeGIMP(realPaletteText("inkscape/Android-icon-palette.gpl"));
     EXPECT_EQ(android.colors.size(), 15u);
 
     // What we write from them reads back the same.
@@ -151,7 +133,7 @@ TEST(GIMPCoderTest, EveryPaletteGIMPInkscapeAndKritaShipReadsAndWritesBack) {
             const auto name = entry.path().filename().string();
             Palette palette;
             try {
-                palette = decodeGIMP(sampleText(entry.path()));
+                palette = decodeGIMP(realPaletteText(entry.path()));
             } catch (const std::exception& error) {
                 ADD_FAILURE() << package << "/" << name << ": " << error.what();
                 continue;
