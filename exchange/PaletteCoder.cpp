@@ -75,6 +75,8 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::vga18bit: return makeVGA18BitCoder();
     case PaletteFormat::gimp: return makeGIMPCoder();
     case PaletteFormat::json: return makeJSONCoder();
+    case PaletteFormat::rgb: return makeRGBTextCoder();
+    case PaletteFormat::rgba: return makeRGBATextCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }
@@ -117,6 +119,9 @@ std::vector<const PaletteCoder*> codersForPath(const std::string& path) { return
 // Without a system type registry, a type's preferred extension is the first extension of the format
 // that declares it.
 const PaletteCoder* coderForUTType(std::string_view utType) {
+    // RGB text also answers to a second type, the one of its 0...255 form, through a coder of its own.
+    static const auto rgb255 = makeRGB255Coder();
+    if (utType == rgb255UTType) return rgb255.get();
     std::optional<std::string> preferred;
     for (const auto& entry : paletteFormats()) {
         if (entry.utType == utType && !entry.extensions.empty()) {

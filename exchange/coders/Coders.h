@@ -18,6 +18,11 @@ std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
 
 std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
+std::unique_ptr<PaletteCoder> makeRGBTextCoder();
+std::unique_ptr<PaletteCoder> makeRGBATextCoder();
+// RGB text in 0...255 integers: format() is rgb, but it has a name and type identifier of its own.
+std::unique_ptr<PaletteCoder> makeRGB255Coder();
+inline constexpr std::string_view rgb255UTType = "public.tintlab.colorpalette.palette.rgb255";
 
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
