@@ -75,6 +75,7 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::vga18bit: return makeVGA18BitCoder();
     case PaletteFormat::gimp: return makeGIMPCoder();
     case PaletteFormat::json: return makeJSONCoder();
+    case PaletteFormat::skp: return makeSKPCoder();
     case PaletteFormat::koffice: return makeKDEPaletteCoder();
     case PaletteFormat::hexRGBA: return makeHexRGBACoder();
     case PaletteFormat::rgb: return makeRGBTextCoder();

@@ -18,6 +18,7 @@ std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
 
 std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
+std::unique_ptr<PaletteCoder> makeSKPCoder();
 std::unique_ptr<PaletteCoder> makeKDEPaletteCoder();
 std::unique_ptr<PaletteCoder> makeHexRGBACoder();
 std::unique_ptr<PaletteCoder> makeRGBTextCoder();
