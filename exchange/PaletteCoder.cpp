@@ -80,6 +80,7 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::hexRGBA: return makeHexRGBACoder();
     case PaletteFormat::rgb: return makeRGBTextCoder();
     case PaletteFormat::rgba: return makeRGBATextCoder();
+    case PaletteFormat::csv: return makeCSVCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }
