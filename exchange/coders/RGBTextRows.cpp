@@ -25,7 +25,7 @@ bool isComment(std::string_view line) {
     return line.empty() || line.front() == '#' || line.front() == '!' || line.front() == ';' || line.starts_with("//");
 }
 
-Row row(std::string_view line) {
+Row parseRow(std::string_view line) {
     Row row;
     while (row.count < maxComponents) {
         std::string_view rest = line;
@@ -45,7 +45,7 @@ std::vector<Row> colorRows(std::string_view text, int components) {
     bool everyRowHasMore = true;
     for (const auto line : textfile::splitLines(text)) {
         if (isComment(textfile::trimmed(line))) continue;
-        rows.push_back(row(line));
+        rows.push_back(parseRow(line));
         if (rows.back().count < components) throw CommonError(CommonError::Case::invalidFormat);
         everyRowHasMore = everyRowHasMore && rows.back().count > components;
     }
