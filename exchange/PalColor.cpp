@@ -30,12 +30,6 @@ const std::vector<double>& checkedComponents(const Color& color) {
     return color.colorComponents;
 }
 
-// A component as a byte: multiplied by 255, rounded half away from zero.
-unsigned byteOf(double unit) {
-    const double value = std::round(clampUnit(unit) * 255);
-    return static_cast<unsigned>(value);
-}
-
 }  // namespace
 
 std::string_view text(ColorSpace space) { return spaceTexts.at(static_cast<std::size_t>(space)); }

@@ -84,6 +84,12 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::corelDrawV3: return makeCorelDrawV3Coder();
     case PaletteFormat::hpl: return makeHomeSiteCoder();
     case PaletteFormat::skencil: return makeSkencilCoder();
+    case PaletteFormat::skp: return makeSKPCoder();
+    case PaletteFormat::koffice: return makeKDEPaletteCoder();
+    case PaletteFormat::hexRGBA: return makeHexRGBACoder();
+    case PaletteFormat::rgb: return makeRGBTextCoder();
+    case PaletteFormat::rgba: return makeRGBATextCoder();
+    case PaletteFormat::csv: return makeCSVCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }
@@ -126,6 +132,9 @@ std::vector<const PaletteCoder*> codersForPath(const std::string& path) { return
 // Without a system type registry, a type's preferred extension is the first extension of the format
 // that declares it.
 const PaletteCoder* coderForUTType(std::string_view utType) {
+    // RGB text also answers to a second type, the one of its 0...255 form, through a coder of its own.
+    static const auto rgb255 = makeRGB255Coder();
+    if (utType == rgb255UTType) return rgb255.get();
     std::optional<std::string> preferred;
     for (const auto& entry : paletteFormats()) {
         if (entry.utType == utType && !entry.extensions.empty()) {

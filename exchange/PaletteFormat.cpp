@@ -43,7 +43,7 @@ const std::vector<PaletteFormatInfo>& paletteFormats() {
         {F::swatchbooker, "swatchbooker", "SwatchBooker Palette", {"sbz"}, "public.tintlab.colorpalette.palette.swatchbooker", true, true},
         {F::afpalette, "afpalette", "Affinity Designer Palette", {"afpalette"}, "public.tintlab.colorpalette.palette.afpalette", true, false},
         {F::xara, "xara", "Xara Palette", {"jcw"}, "public.tintlab.colorpalette.palette.xara.palette", true, true},
-        {F::koffice, "koffice", "KOffice Palette", {"colors"}, "public.tintlab.colorpalette.palette.koffice", true, true},
+        {F::koffice, "koffice", "KDE Palette", {"colors"}, "public.tintlab.colorpalette.palette.koffice", true, true},
         {F::hpl, "hpl", "Homesite Palette", {"hpl"}, "public.tintlab.colorpalette.palette.homesite", true, true},
         {F::skencil, "skencil", "Skencil Palette", {"spl"}, "public.tintlab.colorpalette.palette.skencil", true, true},
         {F::vga24bit, "vga24bit", "VGA 24-bit RGB Palette", {"pal"}, "public.tintlab.colorpalette.palette.vgargb.24bit", true, true},

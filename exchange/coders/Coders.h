@@ -30,6 +30,15 @@ std::unique_ptr<PaletteCoder> makeSkencilCoder();
 
 std::unique_ptr<PaletteCoder> makeSwatchesCoder();
 std::unique_ptr<PaletteCoder> makeSwatchBookerCoder();
+std::unique_ptr<PaletteCoder> makeSKPCoder();
+std::unique_ptr<PaletteCoder> makeKDEPaletteCoder();
+std::unique_ptr<PaletteCoder> makeHexRGBACoder();
+std::unique_ptr<PaletteCoder> makeRGBTextCoder();
+std::unique_ptr<PaletteCoder> makeRGBATextCoder();
+std::unique_ptr<PaletteCoder> makeCSVCoder();
+// RGB text in 0...255 integers: format() is rgb, but it has a name and type identifier of its own.
+std::unique_ptr<PaletteCoder> makeRGB255Coder();
+inline constexpr std::string_view rgb255UTType = "public.tintlab.colorpalette.palette.rgb255";
 
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);

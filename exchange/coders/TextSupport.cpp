@@ -10,8 +10,6 @@
 
 namespace PAL::textfile {
 
-namespace {
-
 void appendUTF8(std::string& out, std::uint32_t codePoint) {
     if (codePoint < 0x80) {
         out.push_back(static_cast<char>(codePoint));
@@ -29,6 +27,8 @@ void appendUTF8(std::string& out, std::uint32_t codePoint) {
         out.push_back(static_cast<char>(0x80 | (codePoint & 0x3F)));
     }
 }
+
+namespace {
 
 // UTF-16 after its byte-order mark; an unpaired surrogate becomes U+FFFD, an odd last byte is dropped.
 std::string fromUTF16(std::string_view bytes, bool bigEndian) {
@@ -101,6 +101,11 @@ std::string fromBytes(std::string_view bytes) {
     else if (bytes.starts_with("\xFF\xFE")) return fromUTF16(bytes.substr(2), false);
     else if (bytes.starts_with("\xFE\xFF")) return fromUTF16(bytes.substr(2), true);
     return isValidUTF8(bytes) ? std::string(bytes) : latin1ToUTF8(bytes);
+}
+
+std::string readText(BytesParser::BytesReader& reader) {
+    const auto bytes = reader.readAll();
+    return fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
 }
 
 bool isValidUTF8(std::string_view text) {
@@ -185,6 +190,16 @@ std::vector<std::string_view> fields(std::string_view text, char separator) {
     return out;
 }
 
+std::string_view nextWord(std::string_view& rest) {
+    std::size_t start = 0;
+    while (start < rest.size() && isBlank(rest[start])) ++start;
+    std::size_t end = start;
+    while (end < rest.size() && !isBlank(rest[end])) ++end;
+    const std::string_view word = rest.substr(start, end - start);
+    rest.remove_prefix(end);
+    return word;
+}
+
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
     if (text.size() < prefix.size()) return false;
     for (std::size_t i = 0; i < prefix.size(); ++i)
@@ -209,6 +224,15 @@ std::optional<double> number(std::string_view token) {
     const auto [end, error] = std::from_chars(token.data(), token.data() + token.size(), value);
     if (error != std::errc() || end != token.data() + token.size() || !std::isfinite(value)) return std::nullopt;
     return value;
+}
+
+std::optional<std::string_view> hexColorDigits(std::string_view token) {
+    const bool marked = token.starts_with('#') || token.starts_with("0x") || token.starts_with("0X");
+    if (marked) token.remove_prefix(token.front() == '#' ? 1 : 2);
+    if (token.size() != 6 && token.size() != 8 && !(marked && (token.size() == 3 || token.size() == 4))) return std::nullopt;
+    for (char c : token)
+        if (!std::isxdigit(static_cast<unsigned char>(c))) return std::nullopt;
+    return token;
 }
 
 std::string fixed(double value, int decimals) {

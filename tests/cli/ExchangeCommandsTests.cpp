@@ -86,12 +86,12 @@ TEST_F(ExchangeCommandsTest, ConvertFailuresSayWhat) {
     EXPECT_NE(err.str().find("no palette format writes files ending in \".doc\""), std::string::npos);
 
     // Writing by a format that is not built says so; a format without a write side says it cannot.
-    EXPECT_EQ(run({"convert", input, path("x.csv")}), exitFailed);
-    EXPECT_NE(err.str().find("writing the csv format is not implemented yet"), std::string::npos);
+    EXPECT_EQ(run({"convert", input, path("x.jcw")}), exitFailed);
+    EXPECT_NE(err.str().find("writing the xara format is not implemented yet"), std::string::npos);
     EXPECT_EQ(run({"convert", input, path("x.out"), "--to", "afpalette"}), exitFailed);
     EXPECT_NE(err.str().find("writing the afpalette format is not possible"), std::string::npos);
-    EXPECT_EQ(run({"convert", input, path("x.gpl"), "--from", "csv"}), exitFailed);
-    EXPECT_NE(err.str().find("reading the csv format is not implemented yet"), std::string::npos);
+    EXPECT_EQ(run({"convert", input, path("x.gpl"), "--from", "xara"}), exitFailed);
+    EXPECT_NE(err.str().find("reading the xara format is not implemented yet"), std::string::npos);
 
     EXPECT_EQ(run({"convert", write("list.xml", "<resources/>"), path("x.gpl")}), exitFailed);
     EXPECT_NE(err.str().find("reading \".xml\" palettes is not implemented yet"), std::string::npos);
@@ -143,7 +143,7 @@ TEST_F(ExchangeCommandsTest, PaletteFormatsListsEveryFormatAndWhatIsMissing) {
               std::string::npos);
     EXPECT_NE(text.find("svg                 SVG                             svg                     no               "),
               std::string::npos);
-    EXPECT_NE(text.find("csv                 CSV                             csv                     not implemented  not implemented\n"),
+    EXPECT_NE(text.find("xara                Xara Palette                    jcw                     not implemented  not implemented\n"),
               std::string::npos);
     EXPECT_NE(text.find("adobeGRD"), std::string::npos);
 }

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <functional>
 #include <sstream>
+#include <string>
 
 #include "exchange/PalErrors.h"
 

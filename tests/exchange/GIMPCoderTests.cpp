@@ -122,7 +122,7 @@ TEST(GIMPCoderTest, EveryPaletteGIMPInkscapeAndKritaShipReadsAndWritesBack) {
             const auto name = entry.path().filename().string();
             Palette palette;
             try {
-                palette = decodeGIMP(realFile(entry.path()));
+                palette = decodeGIMP(readFile(entry.path()));
             } catch (const std::exception& error) {
                 ADD_FAILURE() << package << "/" << name << ": " << error.what();
                 continue;

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -108,7 +110,7 @@ TEST(PaletteFormatTest, DecodingFilesAndBytes) {
 
     expectCommonError(Case::unsupportedCoderType, [&] { decode(write("two", gimp)); });
     expectCommonError(Case::unsupportedPaletteType, [&] { decode(write("junk.gpl", "not a palette")); });
-    expectCommonError(Case::unsupportedPaletteType, [&] { decode(write("junk.txt", "255 0 0\n")); });
+    expectCommonError(Case::unsupportedPaletteType, [&] { decode(write("junk.txt", "not a palette\n")); });
     expectCommonError(Case::unableToLoadFile, [&] { decode((folder / "missing.gpl").string()); });
     std::filesystem::create_directories(folder / "folder.gpl");
     expectCommonError(Case::unableToLoadFile, [&] { decode((folder / "folder.gpl").string()); });
@@ -125,11 +127,13 @@ TEST(PaletteFormatTest, DecodingFilesAndBytes) {
 }
 
 TEST(PaletteFormatTest, CodersNotBuiltYetAnswerNotImplemented) {
-    const auto csv = coder(PaletteFormat::csv);
-    EXPECT_FALSE(csv->reads());
-    EXPECT_FALSE(csv->writes());
-    expectCommonError(Case::notImplemented, [&] { csv->decode(std::string_view("#ffffff")); });
-    expectCommonError(Case::notImplemented, [&] { csv->encode(Palette()); });
+    const auto notBuilt = std::find_if(allCoders().begin(), allCoders().end(),
+                                       [](const auto& candidate) { return !candidate->reads() && !candidate->writes(); });
+    if (notBuilt == allCoders().end()) GTEST_SKIP() << "every coder is built";
+    const PaletteCoder& unbuilt = **notBuilt;
+    EXPECT_EQ(unbuilt.name(), info(unbuilt.format()).displayName);
+    expectCommonError(Case::notImplemented, [&] { unbuilt.decode(std::string_view("#ffffff")); });
+    expectCommonError(Case::notImplemented, [&] { unbuilt.encode(Palette()); });
 }
 
 TEST(PaletteTest, AllColorsAndAppending) {

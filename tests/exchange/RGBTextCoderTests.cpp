@@ -1,0 +1,135 @@
+// RGB text, RGBA text and the 0...255 RGB text: what each writes, how they tell integer lists from
+// decimal ones, and how a .txt file finds the right one of them.
+#include <gtest/gtest.h>
+
+#include "ExchangeTestSupport.h"
+#include "exchange/PaletteCoder.h"
+#include "exchange/coders/Coders.h"
+
+using namespace PAL;
+using Case = CommonError::Case;
+
+namespace {
+
+const Palette harbour("Harbour Dusk", {Color::rgb255(23, 42, 58, 255, "Deep Water"), Color::rgb(1, 0, 0.5),
+                                       Color::rgb255(231, 111, 81, 128, "Buoy  (half)")},
+                      {Group("Paper", {Color::gray(1, 1, "White")})});
+
+Palette decodeRGB(std::string_view text) { return coder(PaletteFormat::rgb)->decode(text); }
+Palette decodeRGBA(std::string_view text) { return coder(PaletteFormat::rgba)->decode(text); }
+Palette decodeRGB255(std::string_view text) { return makeRGB255Coder()->decode(text); }
+
+}  // namespace
+
+TEST(RGBTextCoderTest, WritesEachConvention) {
+    EXPECT_EQ(coder(PaletteFormat::rgb)->encode(harbour),
+              "0.090196 0.164706 0.227451\tDeep Water\n"
+              "1.0 0.0 0.5\n"
+              "0.905882 0.435294 0.317647\tBuoy  (half)\n"
+              "1.0 1.0 1.0\tWhite\n");
+    EXPECT_EQ(coder(PaletteFormat::rgba)->encode(harbour),
+              "0.090196 0.164706 0.227451 1.0\tDeep Water\n"
+              "1.0 0.0 0.5 1.0\n"
+              "0.905882 0.435294 0.317647 0.501961\tBuoy  (half)\n"
+              "1.0 1.0 1.0 1.0\tWhite\n");
+    EXPECT_EQ(makeRGB255Coder()->encode(harbour),
+              " 23  42  58\tDeep Water\n"
+              "255   0 128\n"
+              "231 111  81\tBuoy  (half)\n"
+              "255 255 255\tWhite\n");
+}
+
+TEST(RGBTextCoderTest, ReadsWhatEachWrites) {
+    const auto opaque = [](std::vector<Color> colors) {
+        for (auto& color : colors) color = color.converted(ColorSpace::RGB).withAlpha(1);
+        return colors;
+    };
+    const Palette rgb = decodeRGB(coder(PaletteFormat::rgb)->encode(harbour));
+    EXPECT_EQ(rgb.format, PaletteFormat::rgb);
+    EXPECT_EQ(rgb.colors, opaque(harbour.allColors()));
+
+    const Palette rgba = decodeRGBA(coder(PaletteFormat::rgba)->encode(harbour));
+    EXPECT_EQ(rgba.format, PaletteFormat::rgba);
+    ASSERT_EQ(rgba.colors.size(), 4u);
+    EXPECT_EQ(rgba.colors[2], Color::rgb(0.905882, 0.435294, 0.317647, 0.501961, "Buoy  (half)"));
+    EXPECT_NEAR(rgba.colors[0].colorComponents[0], 23 / 255.0, 1e-6);
+
+    const auto rgb255 = makeRGB255Coder();
+    const Palette bytes = rgb255->decode(rgb255->encode(harbour));
+    EXPECT_EQ(bytes.format, PaletteFormat::rgb);
+    ASSERT_EQ(bytes.colors.size(), 4u);
+    EXPECT_EQ(bytes.colors[0], Color::rgb255(23, 42, 58, 255, "Deep Water"));
+    EXPECT_EQ(bytes.colors[1], Color::rgb255(255, 0, 128));
+}
+
+TEST(RGBTextCoderTest, IntegerListsAreBytesAndAnyDecimalMakesTheFileUnit) {
+    // X11's layout: tabs inside the number columns, a blank before the tabs, unpadded rows, '!' comments.
+    const Palette x11 = decodeRGB(
+        "\xEF\xBB\xBF! rgb.txt\r\n"
+        "139 121\t 94\t\tNavajoWhite4\r\n"
+        "255 215   0 \t\tGold\r"
+        "\n"
+        "# other comment styles\n; too\n// and this\n"
+        "  0     0 139\t\tDark  Blue\n"
+        "051 300 -4\n");
+    ASSERT_EQ(x11.colors.size(), 4u);
+    EXPECT_EQ(x11.colors[0], Color::rgb255(139, 121, 94, 255, "NavajoWhite4"));
+    EXPECT_EQ(x11.colors[1], Color::rgb255(255, 215, 0, 255, "Gold"));
+    EXPECT_EQ(x11.colors[2], Color::rgb255(0, 0, 139, 255, "Dark  Blue"));
+    EXPECT_EQ(x11.colors[3], Color::rgb255(51, 255, 0));  // decimal, never octal; held to range
+
+    // "1 0 0" alone is almost black; one decimal anywhere makes every line 0...1.
+    EXPECT_EQ(decodeRGB("1 0 0\n").colors.at(0), Color::rgb255(1, 0, 0));
+    const Palette unit = decodeRGB("1 0 0\n0.5 0.5 5e-1\n");
+    EXPECT_EQ(unit.colors.at(0), Color::rgb(1, 0, 0));
+    EXPECT_EQ(unit.colors.at(1), Color::rgb(0.5, 0.5, 0.5));
+    EXPECT_EQ(decodeRGBA("255 0 0 128 Half\n").colors.at(0), Color::rgb255(255, 0, 0, 128, "Half"));
+    EXPECT_EQ(decodeRGBA("1 0 0 0.5\n").colors.at(0), Color::rgb(1, 0, 0, 0.5));
+
+    // The 0...255 coder keeps its scale even for decimals.
+    EXPECT_EQ(decodeRGB255("127.5 0 255\n").colors.at(0), Color::rgb(0.5, 0, 1));
+}
+
+TEST(RGBTextCoderTest, RGBAndRGBATextRefuseEachOthersFiles) {
+    const char* rgbaFile = "231 111 81 128 Buoy\n0 0 0 0\n";
+    const char* rgbFile = "23 42 58 Deep Water\n64 112 138\n";
+    expectCommonError(Case::invalidFormat, [&] { decodeRGB(rgbaFile); });
+    expectCommonError(Case::invalidFormat, [&] { decodeRGB255(rgbaFile); });
+    expectCommonError(Case::invalidFormat, [&] { decodeRGBA(rgbFile); });
+    // A fourth number on only some lines is the start of a name.
+    const Palette named = decodeRGB("255 0 0 50 Shades\n0 0 255 Blue\n");
+    EXPECT_EQ(named.colors.at(0).name, "50 Shades");
+
+    for (const char* text : {"", "\n\n", "! only a comment\n", "GIMP Palette\n0 0 0 Black\n", "FF112233\n", "#172a3a\n",
+                             "12 34\n", "0x1F 0 0\n", "1,2,3\n", "1 2 3\nnot a colour\n", "ROWS 12\n"}) {
+        expectCommonError(Case::invalidFormat, [&] { decodeRGB(text); });
+        expectCommonError(Case::invalidFormat, [&] { decodeRGBA(text); });
+    }
+}
+
+TEST(RGBTextCoderTest, TextFilesFindTheirCoder) {
+    EXPECT_EQ(decode("23 42 58 Deep Water\n", "txt").format, PaletteFormat::rgb);
+    EXPECT_EQ(decode("0.9 0.4 0.3 0.5 Buoy\n", "TXT").format, PaletteFormat::rgba);
+    expectCommonError(Case::unsupportedPaletteType, [] { decode("just words\n", "txt"); });
+    EXPECT_EQ(decode("255 255 255 White\n", "rgb255").colors.at(0), Color::rgb(1, 1, 1, 1, "White"));
+
+    const PaletteCoder* bytes = coderForUTType("public.tintlab.colorpalette.palette.rgb255");
+    ASSERT_NE(bytes, nullptr);
+    EXPECT_EQ(bytes->name(), "RGB255 palette");
+    EXPECT_EQ(bytes->format(), PaletteFormat::rgb);
+    EXPECT_EQ(bytes->encode(Palette("", {Color::rgb(1, 0, 0)})), "255   0   0\n");
+    EXPECT_EQ(coderForUTType("public.tintlab.colorpalette.palette.rgb")->name(), "RGB text");
+}
+
+TEST(RGBTextCoderTest, ReadsX11ColourNames) {
+    const std::string text = realFile("x11-common/rgb.txt");
+    const Palette x11 = decode(text, "txt");
+    EXPECT_EQ(x11.format, PaletteFormat::rgb);
+    ASSERT_EQ(x11.colors.size(), 753u);
+    EXPECT_EQ(x11.colors[0], Color::rgb255(255, 250, 250, 255, "snow"));
+    EXPECT_EQ(x11.colors[1], Color::rgb255(248, 248, 255, 255, "ghost white"));
+    EXPECT_EQ(x11.colors.back(), Color::rgb255(144, 238, 144, 255, "LightGreen"));
+
+    for (const auto& written : {coder(PaletteFormat::rgb), makeRGB255Coder()})
+        EXPECT_EQ(written->decode(written->encode(x11)).colors, x11.colors);
+}
