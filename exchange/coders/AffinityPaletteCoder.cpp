@@ -113,7 +113,8 @@ public:
         return binaryfile::refusingShortReads([&] {
             WholeFile file(source);
             const Bytes bytes = file.readBytes(file.size());
-            if (!binaryfile::holds(bytes, 0, containerMagic) || !binaryfile::holds(bytes, kindOffset, swatchesKind)) throw CommonError(Case::invalidFormat);
+            if (!binaryfile::holds(bytes, 0, containerMagic) || !binaryfile::holds(bytes, kindOffset, swatchesKind))
+                throw CommonError(Case::invalidFormat);
 
             Palette palette(afterTag(bytes, nameTag, textAt).value_or(""));
             palette.format = PaletteFormat::afpalette;

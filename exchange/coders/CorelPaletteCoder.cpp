@@ -130,6 +130,7 @@ std::vector<Record> readRecords(WholeFile& file, const Variant& variant, const C
 // Extra bytes after the records are tolerated when neither kind ends exactly.
 std::vector<Record> readAllRecords(WholeFile& file, const Variant& variant, const Contents& contents) {
     if (!variant.mayBeSpotLibrary) return readRecords(file, variant, contents, false);
+    // Without a type field, only the X4 spot-library variant is taken for long records.
     const bool preferLong = contents.paletteType ? isSpotLibrary(*contents.paletteType) : variant.gridTrailer;
     std::optional<std::vector<Record>> parses[2];
     for (int attempt = 0; attempt < 2; ++attempt) {

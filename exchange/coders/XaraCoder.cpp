@@ -112,7 +112,9 @@ public:
     std::string encode(const Palette& palette) const override {
         const auto colors = palette.allColors();
         if (colors.size() > UINT16_MAX) throw CommonError(Case::indexOutOfRange);
-        const auto every = [&](auto predicate) { return !colors.empty() && std::all_of(colors.begin(), colors.end(), predicate); };
+        const auto every = [&](auto predicate) {
+            return !colors.empty() && std::all_of(colors.begin(), colors.end(), predicate);
+        };
         const bool cmyk = every([](const Color& c) { return c.colorSpace == ColorSpace::CMYK; });
         const bool spot = every([](const Color& c) { return c.colorType == ColorType::spot; });
 

@@ -78,7 +78,9 @@ TEST(ClipStudioPaintCoder, Refusals) {
     EXPECT_EQ(commonError([] { clsCoder->decode("SLC"); }), Case::invalidFormat);
     EXPECT_EQ(commonError([] { clsCoder->decode(hexBytes("534C4358 0001 0A000000")); }), Case::invalidFormat);
     // The name block's length disagrees with the two names.
-    EXPECT_EQ(commonError([] { clsCoder->decode(hexBytes("534C4343 0001 0B000000 0100 53 00000000 0100 53 04000000 00000000 00000000")); }),
+    EXPECT_EQ(commonError([] {
+                  clsCoder->decode(hexBytes("534C4343 0001 0B000000 0100 53 00000000 0100 53 04000000 00000000 00000000"));
+              }),
               Case::invalidFormat);
     // A name length beyond the file.
     EXPECT_EQ(commonError([] { clsCoder->decode(hexBytes("534C4343 0001 0A000000 FFFF 53")); }), Case::invalidEndOfFile);

@@ -86,10 +86,10 @@ TEST(DCPCoder, Refusals) {
               Case::unsupportedColorSpace);
     EXPECT_EQ(commonError([] { dcpCoder->decode(oneColor("01 03 0000000000000000 0000000000000000 00000000 00000000 00000000")); }),
               Case::unknownColorType);
-    EXPECT_EQ(commonError([] { dcpCoder->decode(oneColor("01 00 000000000000F87F 0000000000000000 0000000000000000 000000000000F03F 00000000")); }),
-              Case::invalidFormat) << "NaN";
-    EXPECT_EQ(commonError([] { dcpCoder->decode(oneColor("01 00 0000000000000000 0000000000000000 0000000000000000 0000000000000040 00000000")); }),
-              Case::invalidFormat) << "alpha 2";
+    const std::string nan = "01 00 000000000000F87F 0000000000000000 0000000000000000 000000000000F03F 00000000";
+    EXPECT_EQ(commonError([&] { dcpCoder->decode(oneColor(nan)); }), Case::invalidFormat);
+    const std::string alphaTwo = "01 00 0000000000000000 0000000000000000 0000000000000000 0000000000000040 00000000";
+    EXPECT_EQ(commonError([&] { dcpCoder->decode(oneColor(alphaTwo)); }), Case::invalidFormat);
 
     EXPECT_EQ(commonError([] { dcpCoder->encode(Palette("", {Color(ColorSpace::CMYK, {0, 0, 0})})); }),
               Case::invalidColorComponentCountForModelType);
