@@ -54,8 +54,8 @@ Palette refusingShortReads(Decode&& decode) {
     try {
         return decode();
     } catch (const BytesParser::ReaderError& error) {
-        throw CommonError(error.code == BytesParser::ReaderError::invalidStringEncoding ? CommonError::Case::invalidString
-                                                                                         : CommonError::Case::invalidEndOfFile);
+        const bool text = error.code == BytesParser::ReaderError::invalidStringEncoding;
+        throw CommonError(text ? CommonError::Case::invalidString : CommonError::Case::invalidEndOfFile);
     }
 }
 
