@@ -74,6 +74,12 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::riff: return makeRIFFCoder();
     case PaletteFormat::vga24bit: return makeVGA24BitCoder();
     case PaletteFormat::vga18bit: return makeVGA18BitCoder();
+    case PaletteFormat::clipStudioPaint: return makeClipStudioPaintCoder();
+    case PaletteFormat::corelPalette: return makeCorelPaletteCoder();
+    case PaletteFormat::xara: return makeXaraCoder();
+    case PaletteFormat::afpalette: return makeAffinityPaletteCoder();
+    case PaletteFormat::dcp: return makeDCPCoder();
+    case PaletteFormat::clf: return makeCLFCoder();
     case PaletteFormat::gimp: return makeGIMPCoder();
     case PaletteFormat::json: return makeJSONCoder();
     case PaletteFormat::swatches: return makeSwatchesCoder();

@@ -18,6 +18,12 @@ std::unique_ptr<PaletteCoder> makeCLRCoder(CLREncoding written = CLREncoding::ke
 std::unique_ptr<PaletteCoder> makeRIFFCoder();
 std::unique_ptr<PaletteCoder> makeVGA24BitCoder();
 std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
+std::unique_ptr<PaletteCoder> makeClipStudioPaintCoder();
+std::unique_ptr<PaletteCoder> makeCorelPaletteCoder();
+std::unique_ptr<PaletteCoder> makeXaraCoder();
+std::unique_ptr<PaletteCoder> makeAffinityPaletteCoder();
+std::unique_ptr<PaletteCoder> makeDCPCoder();
+std::unique_ptr<PaletteCoder> makeCLFCoder();
 
 std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
