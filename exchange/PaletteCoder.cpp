@@ -75,6 +75,7 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::vga18bit: return makeVGA18BitCoder();
     case PaletteFormat::gimp: return makeGIMPCoder();
     case PaletteFormat::json: return makeJSONCoder();
+    case PaletteFormat::image: return makeImageCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }

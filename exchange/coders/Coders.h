@@ -19,6 +19,8 @@ std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
 std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
 
+std::unique_ptr<PaletteCoder> makeImageCoder();
+
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
 
