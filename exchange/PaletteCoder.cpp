@@ -76,6 +76,8 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::gimp: return makeGIMPCoder();
     case PaletteFormat::json: return makeJSONCoder();
     case PaletteFormat::image: return makeImageCoder();
+    case PaletteFormat::svg: return makeSVGCoder();
+    case PaletteFormat::swift: return makeSwiftCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }

@@ -20,6 +20,8 @@ std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
 
 std::unique_ptr<PaletteCoder> makeImageCoder();
+std::unique_ptr<PaletteCoder> makeSVGCoder();
+std::unique_ptr<PaletteCoder> makeSwiftCoder();
 
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
