@@ -180,7 +180,10 @@ std::vector<ImageCoder::Pixel> sampledColors(const RasterImage& image, double ac
     const double distance = (1 - held) * 510;  // 510: the longest distance in the RGBA cube
     const unsigned edge = std::max(1u, static_cast<unsigned>(distance / 2));
 
-    auto [colors, cubes, pixelCount] = tally(image, edge);
+    Tally counted = tally(image, edge);
+    std::vector<Candidate>& colors = counted.flatColors;
+    std::vector<Candidate>& cubes = counted.cubes;
+    const std::uint64_t pixelCount = counted.pixelCount;
     std::sort(colors.begin(), colors.end(), moreCommon);
     const std::size_t cubeLimit = std::min(cubes.size(), maximumCount * cubesPerColor);
     std::partial_sort(cubes.begin(), cubes.begin() + static_cast<std::ptrdiff_t>(cubeLimit), cubes.end(), moreCommon);

@@ -1,7 +1,8 @@
-// stb's image reader and writer are compiled in here rather than linked from Debian's shared library:
-// only the three formats the image coder reads are built, and every allocation the reader makes goes
+// PNG and GIF are read, and PNG and JPEG written, by stb, compiled in here rather than linked from
+// Debian's shared library: only those two readers are built, and every allocation the reader makes goes
 // through a limit worked out from the picture's declared size. A file whose compressed data would
 // inflate beyond that size, or whose chunk lengths promise gigabytes, then fails instead of taking them.
+// JPEG files are read by JPEGReader.cpp.
 #include "exchange/coders/RasterImage.h"
 
 #include <zlib.h>
@@ -38,7 +39,6 @@ unsigned char* zlibCompress(unsigned char* data, int length, int* outLength, int
 #define STB_IMAGE_IMPLEMENTATION
 #define STB_IMAGE_STATIC
 #define STBI_ONLY_PNG
-#define STBI_ONLY_JPEG
 #define STBI_ONLY_GIF
 #define STBI_NO_STDIO
 #define STBI_NO_LINEAR
@@ -58,7 +58,7 @@ namespace PAL {
 
 namespace {
 
-// The reader's fixed tables (Huffman tables, LZW dictionary, one decoder state) fit well inside this.
+// The reader's fixed tables (the LZW dictionary, one decoder state) fit well inside this.
 constexpr std::size_t fixedAllocation = 1 << 20;
 
 class AllocationLimit {
@@ -82,6 +82,7 @@ void checkWritable(const RasterImage& image) {
 }  // namespace
 
 RasterImage readRasterImage(std::string_view bytes) {
+    if (bytes.starts_with("\xFF\xD8\xFF")) return readJPEGImage(bytes);
     if (bytes.empty() || bytes.size() > INT_MAX) refuse();
     const auto* data = reinterpret_cast<const stbi_uc*>(bytes.data());
     const int length = static_cast<int>(bytes.size());

@@ -19,10 +19,12 @@ struct RasterImage {
 // memory stays under half a gigabyte.
 constexpr std::uint64_t maximumRasterPixels = 40'000'000;
 
-// PNG, JPEG (baseline and progressive) and GIF (its first frame). Throws CommonError invalidFormat
+// PNG, JPEG (baseline, progressive, CMYK) and GIF (its first frame). Throws CommonError invalidFormat
 // for other bytes, a damaged file, a declared size over the limit, or data that would decode to
 // more than its declared size.
 RasterImage readRasterImage(std::string_view bytes);
+// The JPEG part of it (JPEGReader.cpp).
+RasterImage readJPEGImage(std::string_view bytes);
 
 // Throws CommonError cannotCreateImage for an empty or oversized image.
 std::string pngBytes(const RasterImage& image);
