@@ -71,7 +71,9 @@ public:
 
 [[noreturn]] void refuse() { throw CommonError(CommonError::Case::invalidFormat); }
 
-void appendBytes(void* context, void* data, int size) { static_cast<std::string*>(context)->append(static_cast<const char*>(data), static_cast<std::size_t>(size)); }
+void appendBytes(void* context, void* data, int size) {
+    static_cast<std::string*>(context)->append(static_cast<const char*>(data), static_cast<std::size_t>(size));
+}
 
 void checkWritable(const RasterImage& image) {
     const auto pixels = static_cast<std::uint64_t>(std::max(image.width, 0)) * static_cast<std::uint64_t>(std::max(image.height, 0));
