@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
 #include "exchange/BytesReader.h"
 #include "exchange/PalErrors.h"

@@ -2,8 +2,9 @@
 // nested enum per group, one static property per colour (`Color.HarbourDusk.Accents.coral`). The
 // palette's enum keeps its colours clear of SwiftUI's own (`Color.red`). Write only.
 #include <algorithm>
-#include <array>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "exchange/ExchangeLog.h"
 #include "exchange/PalErrors.h"
