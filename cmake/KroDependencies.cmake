@@ -8,6 +8,10 @@ find_package(CURL REQUIRED)
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 pkg_check_modules(LCMS2 REQUIRED IMPORTED_TARGET lcms2)
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
+# stb's image reader and writer are header libraries (libstb-dev); the exchange layer compiles them in.
+# JPEG files are read with libjpeg-turbo (libjpeg-dev), which is safe on damaged files where stb is not.
+find_path(STB_INCLUDE_DIR stb/stb_image.h REQUIRED)
+find_package(JPEG REQUIRED)
 find_package(Threads REQUIRED)
 
 if(KRO_GUI AND NOT KRO_FUZZ)

@@ -96,6 +96,9 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::rgb: return makeRGBTextCoder();
     case PaletteFormat::rgba: return makeRGBATextCoder();
     case PaletteFormat::csv: return makeCSVCoder();
+    case PaletteFormat::image: return makeImageCoder();
+    case PaletteFormat::svg: return makeSVGCoder();
+    case PaletteFormat::swift: return makeSwiftCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }

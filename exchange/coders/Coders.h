@@ -46,6 +46,10 @@ std::unique_ptr<PaletteCoder> makeCSVCoder();
 std::unique_ptr<PaletteCoder> makeRGB255Coder();
 inline constexpr std::string_view rgb255UTType = "public.tintlab.colorpalette.palette.rgb255";
 
+std::unique_ptr<PaletteCoder> makeImageCoder();
+std::unique_ptr<PaletteCoder> makeSVGCoder();
+std::unique_ptr<PaletteCoder> makeSwiftCoder();
+
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
 
