@@ -166,6 +166,14 @@ std::string shortest(double value) {
     return result.ec == std::errc() ? std::string(buffer, result.ptr) : "0";
 }
 
+std::string decimal(double value, int decimals) {
+    std::string out = fixed(value, decimals);
+    if (out.find('.') == std::string::npos) return out;
+    while (out.back() == '0') out.pop_back();
+    if (out.back() == '.') out.pop_back();
+    return out;
+}
+
 std::string singleLine(std::string_view text) {
     std::string out(text);
     for (auto& c : out)

@@ -37,6 +37,9 @@ std::optional<double> number(std::string_view token);
 std::string fixed(double value, int decimals);
 // The shortest text that reads back as `value`, always with '.'.
 std::string shortest(double value);
+// `value` rounded to at most `decimals` digits after the point, trailing zeros and a bare point
+// dropped ("0.5", "1"), always with '.'.
+std::string decimal(double value, int decimals);
 
 // Line breaks and tabs inside a name would break a line-based format: they become spaces.
 std::string singleLine(std::string_view text);
