@@ -75,6 +75,14 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::vga18bit: return makeVGA18BitCoder();
     case PaletteFormat::gimp: return makeGIMPCoder();
     case PaletteFormat::json: return makeJSONCoder();
+    case PaletteFormat::androidXML: return makeAndroidXMLCoder();
+    case PaletteFormat::basicXML: return makeBasicXMLCoder();
+    case PaletteFormat::corelDraw: return makeCorelDrawCoder();
+    case PaletteFormat::scribusXML: return makeScribusXMLCoder();
+    case PaletteFormat::openOffice: return makeOpenOfficeCoder();
+    case PaletteFormat::autodeskColorBook: return makeAutodeskColorBookCoder();
+    case PaletteFormat::sketch: return makeSketchCoder();
+    case PaletteFormat::simplePalette: return makeSimplePaletteCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }

@@ -19,6 +19,15 @@ std::unique_ptr<PaletteCoder> makeVGA18BitCoder();
 std::unique_ptr<PaletteCoder> makeGIMPCoder();
 std::unique_ptr<PaletteCoder> makeJSONCoder();
 
+std::unique_ptr<PaletteCoder> makeAndroidXMLCoder();
+std::unique_ptr<PaletteCoder> makeBasicXMLCoder();
+std::unique_ptr<PaletteCoder> makeCorelDrawCoder();
+std::unique_ptr<PaletteCoder> makeScribusXMLCoder();
+std::unique_ptr<PaletteCoder> makeOpenOfficeCoder();
+std::unique_ptr<PaletteCoder> makeAutodeskColorBookCoder();
+std::unique_ptr<PaletteCoder> makeSketchCoder();
+std::unique_ptr<PaletteCoder> makeSimplePaletteCoder();
+
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
 
