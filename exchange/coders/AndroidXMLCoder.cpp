@@ -10,6 +10,7 @@
 #include "exchange/ExchangeLog.h"
 #include "exchange/PalErrors.h"
 #include "exchange/coders/Coders.h"
+#include "exchange/coders/TextSupport.h"
 #include "exchange/coders/XmlCoderSupport.h"
 
 namespace PAL {
@@ -27,8 +28,7 @@ struct Entry {
 // which Android's build also refuses.
 Color parsedValue(std::string_view value, std::string name) {
     const auto digits = value.substr(1);
-    const bool hex = !digits.empty() && digits.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
-    if (!hex || (digits.size() != 3 && digits.size() != 4 && digits.size() != 6 && digits.size() != 8))
+    if (!textfile::isHexDigits(digits) || (digits.size() != 3 && digits.size() != 4 && digits.size() != 6 && digits.size() != 8))
         throw CommonError(CommonError::Case::invalidARGBHexString, std::string(value));
     return Color::hex(digits, ColorByteFormat::argb, std::move(name));
 }
@@ -92,7 +92,7 @@ std::string AndroidXMLCoder::encode(const Palette& palette) const {
     for (const auto& color : palette.allColors()) {
         const bool withAlpha = includeAlphaDuringExport && color.alpha < 1;
         const std::string value = color.hexString(withAlpha ? ColorByteFormat::argb : ColorByteFormat::rgb, true, true);
-        out += "    <color name=\"" + xml::escaped(names.take(resourceName(color.name, ++position))) + "\">" + value + "</color>\n";
+        out += "    <color" + xml::attributeText("name", names.take(resourceName(color.name, ++position))) + ">" + value + "</color>\n";
     }
     return out + "</resources>\n";
 }

@@ -15,6 +15,7 @@ namespace PAL {
 namespace {
 
 using xml::attributeIgnoringCase;
+using xml::attributeText;
 
 constexpr std::string_view rootName = "basicPalette";
 
@@ -74,18 +75,14 @@ std::vector<Color> readColors(const xml::Element& parent) {
     return colors;
 }
 
-std::string attribute(std::string_view key, std::string_view value) {
-    return " " + std::string(key) + "=\"" + xml::escaped(value) + "\"";
-}
-
 void writeColors(std::string& out, const std::vector<Color>& colors, std::string_view indent) {
     for (const auto& color : colors) {
         std::string components;
         for (double value : color.colorComponents) components += (components.empty() ? "" : " ") + textfile::shortest(value);
-        out += std::string(indent) + "<color" + (color.name.empty() ? "" : attribute("name", color.name)) +
-               attribute("space", text(color.colorSpace)) + attribute("components", components);
-        if (color.alpha < 1) out += attribute("alpha", textfile::shortest(color.alpha));
-        if (color.colorType != ColorType::global) out += attribute("type", text(color.colorType));
+        out += std::string(indent) + "<color" + (color.name.empty() ? "" : attributeText("name", color.name)) +
+               attributeText("space", text(color.colorSpace)) + attributeText("components", components);
+        if (color.alpha < 1) out += attributeText("alpha", textfile::shortest(color.alpha));
+        if (color.colorType != ColorType::global) out += attributeText("type", text(color.colorType));
         out += "/>\n";
     }
 }
@@ -107,10 +104,10 @@ public:
 
     std::string encode(const Palette& palette) const override {
         std::string out = std::string(xml::declarationUTF8) + "<" + std::string(rootName) + " version=\"1\"" +
-                          (palette.name.empty() ? "" : attribute("name", palette.name)) + ">\n";
+                          (palette.name.empty() ? "" : attributeText("name", palette.name)) + ">\n";
         writeColors(out, palette.colors, "  ");
         for (const auto& group : palette.groups) {
-            out += "  <group" + attribute("name", group.name) + ">\n";
+            out += "  <group" + attributeText("name", group.name) + ">\n";
             writeColors(out, group.colors, "    ");
             out += "  </group>\n";
         }

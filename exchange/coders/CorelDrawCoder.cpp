@@ -184,7 +184,11 @@ std::string tintsText(const std::vector<double>& values) {
     return out;
 }
 
-std::string modelColorElement(const Color& color, const std::string& nameAttribute, int indent) {
+std::string nameAttribute(const std::string& name) { return name.empty() ? "" : xml::attributeText("name", name); }
+
+// <color cs="MODEL" name="..." tints="..."/> for a colour in a model of its own (an unnamed one
+// without the name), at the indent of a page's or an ink's colours.
+std::string modelColorElement(const Color& color, const std::string& name) {
     std::string cs;
     std::vector<double> tints;
     switch (color.colorSpace) {
@@ -205,10 +209,8 @@ std::string modelColorElement(const Color& color, const std::string& nameAttribu
         break;
     }
     }
-    return std::string(indent, ' ') + "<color cs=\"" + cs + "\"" + nameAttribute + " tints=\"" + tintsText(tints) + "\"/>\n";
+    return "      <color" + xml::attributeText("cs", cs) + nameAttribute(name) + xml::attributeText("tints", tintsText(tints)) + "/>\n";
 }
-
-std::string nameAttribute(const std::string& name) { return name.empty() ? "" : " name=\"" + xml::escaped(name) + "\""; }
 
 class CorelDrawCoder final : public PaletteCoder {
 public:
@@ -226,7 +228,7 @@ public:
     std::string encode(const Palette& palette) const override {
         std::string guid = kro::newUUID();
         std::transform(guid.begin(), guid.end(), guid.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        std::string out = std::string(xml::declarationUTF8) + "<palette guid=\"" + guid + "\"" + nameAttribute(palette.name) + ">\n";
+        std::string out = std::string(xml::declarationUTF8) + "<palette" + xml::attributeText("guid", guid) + nameAttribute(palette.name) + ">\n";
 
         UniqueNames inkNames;
         for (const char* model : {"CMYK", "RGB", "sRGB", "LAB", "Gray"}) inkNames.reserve(model);
@@ -236,16 +238,16 @@ public:
             std::string entries;
             for (const auto& color : colors) {
                 if (color.colorType != ColorType::spot) {
-                    entries += modelColorElement(color, nameAttribute(color.name), 6);
+                    entries += modelColorElement(color, color.name);
                     continue;
                 }
                 const std::string ink = inkNames.take(color);
-                inks += "    <cs name=\"" + xml::escaped(ink) + "\" fixedID=\"" + std::to_string(++fixedID) + "\">\n";
-                inks += modelColorElement(color, "", 6);
+                inks += "    <cs" + xml::attributeText("name", ink) + xml::attributeText("fixedID", std::to_string(++fixedID)) + ">\n";
+                inks += modelColorElement(color, "");
                 for (const ColorSpace alternate : {ColorSpace::CMYK, ColorSpace::RGB})
-                    if (alternate != color.colorSpace) inks += modelColorElement(color.converted(alternate), "", 6);
+                    if (alternate != color.colorSpace) inks += modelColorElement(color.converted(alternate), "");
                 inks += "    </cs>\n";
-                entries += "      <color cs=\"" + xml::escaped(ink) + "\"" + nameAttribute(ink) + " tints=\"1\"/>\n";
+                entries += "      <color" + xml::attributeText("cs", ink) + xml::attributeText("name", ink) + " tints=\"1\"/>\n";
             }
             return entries;
         };
@@ -253,7 +255,7 @@ public:
         std::string pages;
         if (!palette.colors.empty() || palette.groups.empty()) pages += "    <page>\n" + pageEntries(palette.colors) + "    </page>\n";
         for (const auto& group : palette.groups)
-            pages += "    <page" + std::string(" name=\"") + xml::escaped(group.name) + "\">\n" + pageEntries(group.colors) + "    </page>\n";
+            pages += "    <page" + xml::attributeText("name", group.name) + ">\n" + pageEntries(group.colors) + "    </page>\n";
 
         if (!inks.empty()) out += "  <colorspaces>\n" + inks + "  </colorspaces>\n";
         return out + "  <colors>\n" + pages + "  </colors>\n</palette>\n";

@@ -5,6 +5,7 @@
 #include "exchange/ExchangeLog.h"
 #include "exchange/PalErrors.h"
 #include "exchange/coders/Coders.h"
+#include "exchange/coders/TextSupport.h"
 #include "exchange/coders/XmlCoderSupport.h"
 
 namespace PAL {
@@ -19,7 +20,7 @@ constexpr std::string_view rootEnd = "</ooo:color-table>\n";
 
 // Exactly '#' and six hex digits: LibreOffice turns anything else into black, which we do not copy.
 bool isColorValue(std::string_view value) {
-    return value.size() == 7 && value.front() == '#' && value.find_first_not_of("0123456789abcdefABCDEF", 1) == std::string_view::npos;
+    return value.size() == 7 && value.front() == '#' && textfile::isHexDigits(value.substr(1));
 }
 
 class OpenOfficeCoder final : public PaletteCoder {
@@ -48,7 +49,8 @@ public:
         std::string out = std::string(xml::declarationUTF8) + std::string(rootStart);
         UniqueNames names;
         for (const auto& color : palette.allColors())
-            out += "  <draw:color draw:name=\"" + xml::escaped(names.take(color)) + "\" draw:color=\"" + color.hexString(ColorByteFormat::rgb, true) + "\"/>\n";
+            out += "  <draw:color" + xml::attributeText("draw:name", names.take(color)) +
+                   xml::attributeText("draw:color", color.hexString(ColorByteFormat::rgb, true)) + "/>\n";
         return out + std::string(rootEnd);
     }
 };

@@ -17,13 +17,10 @@ namespace PAL {
 namespace {
 
 using xml::attributeIgnoringCase;
+using xml::attributeText;
 
 // Scribus reserves this name for "no colour".
 constexpr std::string_view noColorName = "None";
-
-bool isHex(std::string_view digits) {
-    return !digits.empty() && digits.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
-}
 
 // A component attribute; Scribus counts a missing one as 0.
 std::optional<double> component(const xml::Element& element, std::string_view name) {
@@ -48,13 +45,13 @@ std::optional<Color> readColor(const xml::Element& element, std::string name, Co
     const bool lab = space && xml::equalsIgnoringCase(*space, "Lab");
     if (const auto cmyk = attributeIgnoringCase(element, "CMYK"); cmyk && !lab) {
         const auto digits = xml::trimmedText(*cmyk);
-        if (digits.size() != 9 || digits.front() != '#' || !isHex(digits.substr(1))) return std::nullopt;
-        const auto byte = [&](std::size_t i) { return std::stoi(std::string(digits.substr(1 + 2 * i, 2)), nullptr, 16) / 255.0; };
-        return Color::cmyk(byte(0), byte(1), byte(2), byte(3), 1, std::move(name), type);
+        if (digits.size() != 9 || digits.front() != '#' || !textfile::isHexDigits(digits.substr(1))) return std::nullopt;
+        const RGB inks = parseHex(digits, ColorByteFormat::rgba);  // four bytes, in the order written
+        return Color::cmyk(inks.rf, inks.gf, inks.bf, inks.af, 1, std::move(name), type);
     }
     if (const auto rgb = attributeIgnoringCase(element, "RGB"); rgb && !lab) {
         const auto digits = xml::trimmedText(*rgb);
-        if ((digits.size() != 4 && digits.size() != 7) || digits.front() != '#' || !isHex(digits.substr(1))) return std::nullopt;
+        if ((digits.size() != 4 && digits.size() != 7) || digits.front() != '#' || !textfile::isHexDigits(digits.substr(1))) return std::nullopt;
         return Color::hex(digits, ColorByteFormat::rgb, std::move(name), type);
     }
     if (lab || attributeIgnoringCase(element, "L") || attributeIgnoringCase(element, "A")) {
@@ -75,34 +72,30 @@ std::string hexByte(double unit) {
     return {digits[byte >> 4], digits[byte & 15]};
 }
 
-std::string attribute(std::string_view key, std::string_view value) {
-    return " " + std::string(key) + "=\"" + xml::escaped(value) + "\"";
-}
-
 std::string number(double value) { return textfile::decimal(value, 4); }
 
 // A gray is written as a black-ink tint, as Scribus's own "Shades of K" swatches hold greys.
 // The hex form of a Lab colour is its sRGB rendering, for readers that know only the hex forms.
 std::string colorAttributes(const Color& color) {
-    const auto rgbHex = [&] { return attribute("RGB", color.hexString(ColorByteFormat::rgb, true)); };
+    const auto rgbHex = [&] { return attributeText("RGB", color.hexString(ColorByteFormat::rgb, true)); };
     switch (color.colorSpace) {
     case ColorSpace::CMYK:
     case ColorSpace::Gray: {
         const CMYK c = color.colorSpace == ColorSpace::CMYK ? color.cmyk() : CMYK{0, 0, 0, 1 - color.gray()};
-        return attribute("SPACE", "CMYK") + attribute("C", number(c.cf * 100)) + attribute("M", number(c.mf * 100)) +
-               attribute("Y", number(c.yf * 100)) + attribute("K", number(c.kf * 100)) +
-               attribute("CMYK", "#" + hexByte(c.cf) + hexByte(c.mf) + hexByte(c.yf) + hexByte(c.kf));
+        return attributeText("SPACE", "CMYK") + attributeText("C", number(c.cf * 100)) + attributeText("M", number(c.mf * 100)) +
+               attributeText("Y", number(c.yf * 100)) + attributeText("K", number(c.kf * 100)) +
+               attributeText("CMYK", "#" + hexByte(c.cf) + hexByte(c.mf) + hexByte(c.yf) + hexByte(c.kf));
     }
     case ColorSpace::LAB: {
         const LAB lab = color.lab();
-        return attribute("SPACE", "Lab") + attribute("L", number(lab.lf)) + attribute("A", number(lab.af)) +
-               attribute("B", number(lab.bf)) + rgbHex();
+        return attributeText("SPACE", "Lab") + attributeText("L", number(lab.lf)) + attributeText("A", number(lab.af)) +
+               attributeText("B", number(lab.bf)) + rgbHex();
     }
     case ColorSpace::RGB: break;
     }
     const RGB rgb = color.rgb();
-    return attribute("SPACE", "RGB") + attribute("R", number(rgb.rf * 255)) + attribute("G", number(rgb.gf * 255)) +
-           attribute("B", number(rgb.bf * 255)) + rgbHex();
+    return attributeText("SPACE", "RGB") + attributeText("R", number(rgb.rf * 255)) + attributeText("G", number(rgb.gf * 255)) +
+           attributeText("B", number(rgb.bf * 255)) + rgbHex();
 }
 
 class ScribusXMLCoder final : public PaletteCoder {
@@ -129,12 +122,12 @@ public:
 
     std::string encode(const Palette& palette) const override {
         std::string out = std::string(xml::declarationUTF8) + "<SCRIBUSCOLORS" +
-                          (palette.name.empty() ? "" : attribute("Name", palette.name)) + ">\n";
+                          (palette.name.empty() ? "" : attributeText("Name", palette.name)) + ">\n";
         UniqueNames names;
         names.reserve(std::string(noColorName));
         for (const auto& color : palette.allColors()) {
-            out += " <COLOR" + attribute("NAME", names.take(color)) + colorAttributes(color);
-            if (color.colorType == ColorType::spot) out += attribute("Spot", "1");
+            out += " <COLOR" + attributeText("NAME", names.take(color)) + colorAttributes(color);
+            if (color.colorType == ColorType::spot) out += attributeText("Spot", "1");
             out += "/>\n";
         }
         return out + "</SCRIBUSCOLORS>\n";

@@ -30,6 +30,9 @@ double fromLinear(double linear) {
 
 double toLinear(double encoded) { return std::copysign(srgbToLinear(std::abs(encoded)), encoded); }
 
+// Far beyond any colour a display shows; a larger component is taken for a broken file.
+constexpr double farthest = 1e6;
+
 // Five decimals, an exact half going to the even neighbour, as the format's own writer rounds.
 double quantized(double value) {
     const double rounded = std::nearbyint(value * 100000) / 100000;
@@ -50,7 +53,7 @@ Color readColor(const Json& entry) {
     if (components.size() != 3 && components.size() != 4) refuse();
     double values[4] = {0, 0, 0, 1};
     for (std::size_t i = 0; i < components.size(); ++i) {
-        if (!components[i].is_number()) refuse();
+        if (!components[i].is_number() || std::abs(components[i].get<double>()) > farthest) refuse();
         values[i] = quantized(components[i].get<double>());
     }
     // The components are kept unclamped: a colour outside sRGB survives being written back.
@@ -58,10 +61,12 @@ Color readColor(const Json& entry) {
                  optionalName(entry));
 }
 
-// Gamma-encoded sRGB components as the colour holds them: unclamped for an RGB colour, converted otherwise.
+// Gamma-encoded sRGB components as the colour holds them: unclamped for an RGB colour (within
+// reason), converted otherwise.
 std::array<double, 3> encodedComponents(const Color& color) {
-    if (color.colorSpace == ColorSpace::RGB && color.colorComponents.size() == 3)
-        return {color.colorComponents[0], color.colorComponents[1], color.colorComponents[2]};
+    const auto& c = color.colorComponents;
+    const auto inReach = [](double value) { return std::abs(value) <= fromLinear(farthest); };
+    if (color.colorSpace == ColorSpace::RGB && c.size() == 3 && inReach(c[0]) && inReach(c[1]) && inReach(c[2])) return {c[0], c[1], c[2]};
     const RGB rgb = color.rgb();
     return {rgb.rf, rgb.gf, rgb.bf};
 }

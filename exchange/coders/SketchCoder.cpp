@@ -48,9 +48,7 @@ Color legacyColor(std::string_view text) {
     text = textfile::trimmed(text);
     if (text.starts_with("rgb")) return cssFunctionColor(text);
     const auto digits = text.substr(text.starts_with('#') ? 1 : 0);
-    if ((digits.size() != 3 && digits.size() != 6 && digits.size() != 8) ||
-        digits.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos)
-        refuse();
+    if ((digits.size() != 3 && digits.size() != 6 && digits.size() != 8) || !textfile::isHexDigits(digits)) refuse();
     return Color::hex(digits, ColorByteFormat::rgba);
 }
 

@@ -26,6 +26,9 @@ std::vector<std::string_view> words(std::string_view text);
 // Splits on one separator character; fields are not trimmed.
 std::vector<std::string_view> fields(std::string_view text, char separator);
 
+// Non-empty and nothing but hexadecimal digits, in either case.
+bool isHexDigits(std::string_view text);
+
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
 
 // A whole token as a decimal integer (optional sign, digits only, never octal); nullopt otherwise.

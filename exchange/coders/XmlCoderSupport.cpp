@@ -50,6 +50,10 @@ std::string_view trimmedText(std::string_view text) {
 
 std::optional<double> numberText(std::string_view text) { return textfile::number(trimmedText(text)); }
 
+std::string attributeText(std::string_view key, std::string_view value) {
+    return " " + std::string(key) + "=\"" + escaped(value) + "\"";
+}
+
 }  // namespace PAL::xml
 
 namespace PAL {

@@ -36,6 +36,9 @@ std::string_view trimmedText(std::string_view text);
 // A decimal number with white space around it allowed; nullopt otherwise.
 std::optional<double> numberText(std::string_view text);
 
+// ` key="value"`, the value escaped: one attribute as a writer appends it to an element.
+std::string attributeText(std::string_view key, std::string_view value);
+
 // An XML declaration, as every XML writer here starts its file.
 inline constexpr std::string_view declarationUTF8 = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 
