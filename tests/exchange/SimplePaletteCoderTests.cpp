@@ -91,9 +91,14 @@ TEST(SimplePaletteCoderTest, ReadsLenientlyAndRefusesWhatIsNotAPalette) {
     ASSERT_EQ(palette.colors.size(), 1u);
     EXPECT_EQ(palette.colors[0].alpha, 1);  // opacity held to 0...1
     EXPECT_TRUE(decodeSimple(R"({"colors":[]})").colors.empty());
+    // A colour another format held far outside any range is written in range rather than as a
+    // number that overflows.
+    const Palette huge("", {Color(ColorSpace::RGB, {1e300, -1e300, 0.5})});
+    expectComponents(decodeSimple(simpleCoder->encode(huge)).colors.at(0), ColorSpace::RGB, {1, 0, 0.5}, 1e-5);
 
     for (const char* text : {"", "[]", R"({"name":"x"})", R"({"colors":{}})", R"({"colors":[{"name":"x"}]})",
                              R"({"colors":[{"components":[1,0]}]})", R"({"colors":[{"components":[1,0,0,1,1]}]})",
-                             R"({"colors":[{"components":[1,"0",0]}]})", R"({"colors":["#ff0000"]})"})
+                             R"({"colors":[{"components":[1,"0",0]}]})", R"({"colors":["#ff0000"]})",
+                             R"({"colors":[{"components":[1e300,0,0]}]})"})
         expectCommonError(Case::invalidFormat, [text] { decodeSimple(text); });
 }
