@@ -2,7 +2,7 @@
 // <basicPalette> of <color>s and <group>s of <color>s, each colour in its own colour space with its
 // components written exactly. docs/formats/basic-xml.md describes it. Only the components (or a hex
 // value) are required; everything else has a default, so a hand-written file can be short.
-#include <cctype>
+#include <algorithm>
 #include <initializer_list>
 
 #include "exchange/PalErrors.h"
@@ -19,16 +19,13 @@ using xml::attributeText;
 
 constexpr std::string_view rootName = "basicPalette";
 
+// Numbers separated by spaces, commas or both. (XML reads a line break in an attribute as a space.)
 std::vector<double> componentList(std::string_view text) {
+    std::string spaced(text);
+    std::replace(spaced.begin(), spaced.end(), ',', ' ');
     std::vector<double> values;
-    std::size_t i = 0;
-    while (i < text.size()) {
-        const auto isSeparator = [](char c) { return c == ',' || std::isspace(static_cast<unsigned char>(c)); };
-        while (i < text.size() && isSeparator(text[i])) ++i;
-        const std::size_t start = i;
-        while (i < text.size() && !isSeparator(text[i])) ++i;
-        if (i == start) break;
-        const auto value = textfile::number(text.substr(start, i - start));
+    for (const auto word : textfile::words(spaced)) {
+        const auto value = textfile::number(word);
         if (!value) throw CommonError(CommonError::Case::invalidFormat);
         values.push_back(*value);
     }

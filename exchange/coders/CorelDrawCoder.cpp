@@ -3,6 +3,7 @@
 // inks (spot colours) are defined once under <colorspaces> and referred to by name from the pages.
 // Library palettes may name things through <localization> instead. Pages are the palette's groups.
 #include <algorithm>
+#include <cctype>
 #include <unordered_map>
 
 #include "exchange/ExchangeLog.h"
@@ -76,16 +77,14 @@ Color tinted(Color color, double tint) {
     return color;
 }
 
-// One named ink of <colorspaces>: its definitions in one or more models, the first readable one used.
-struct Ink {
-    const xml::Element* definition;
-    std::optional<Color> color(std::string name) const {
-        const ColorType type = attributeIgnoringCase(*definition, "process") ? ColorType::global : ColorType::spot;
-        for (const xml::Element* alternate : childrenIgnoringCase(*definition, "color"))
-            if (auto color = modelColor(*alternate, name, type)) return color;
-        return std::nullopt;
-    }
-};
+// A named ink of <colorspaces> from its definitions in one or more models, the first readable one
+// used. An ink marked "process" is no spot colour.
+std::optional<Color> inkColor(const xml::Element& definition, const std::string& name) {
+    const ColorType type = attributeIgnoringCase(definition, "process") ? ColorType::global : ColorType::spot;
+    for (const xml::Element* alternate : childrenIgnoringCase(definition, "color"))
+        if (auto color = modelColor(*alternate, name, type)) return color;
+    return std::nullopt;
+}
 
 class CorelReading {
 public:
@@ -96,7 +95,7 @@ public:
         if (const auto* spaces = firstChildIgnoringCase(root, "colorspaces"))
             for (const xml::Element* definition : childrenIgnoringCase(*spaces, "cs")) {
                 inkNames_.emplace_back(attributeIgnoringCase(*definition, "name").value_or(""));
-                inks_.emplace(inkNames_.back(), Ink{definition});
+                inks_.emplace(inkNames_.back(), definition);
             }
     }
 
@@ -115,7 +114,7 @@ public:
         if (colorElements_ == 0)
             for (const auto& name : inkNames_)
                 if (!isRepeatedInk(name))
-                    if (auto color = inks_.at(name).color(name)) palette.colors.push_back(std::move(*color));
+                    if (auto color = inkColor(*inks_.at(name), name)) palette.colors.push_back(std::move(*color));
         return palette;
     }
 
@@ -162,7 +161,7 @@ private:
                 color = modelColor(*entry, std::move(name), ColorType::global);
             } else if (const auto ink = inks_.find(cs); ink != inks_.end()) {
                 const auto tints = tintsOf(*entry);
-                color = ink->second.color(name.empty() ? cs : std::move(name));
+                color = inkColor(*ink->second, name.empty() ? cs : name);
                 if (color && tints && !tints->empty() && tints->front() < 1) color = tinted(std::move(*color), tints->front());
             }
             if (color) colors.push_back(std::move(*color));
@@ -174,7 +173,7 @@ private:
     const xml::Element& root_;
     std::unordered_map<std::string, std::string> localized_;
     std::vector<std::string> inkNames_;  // in file order
-    std::unordered_map<std::string, Ink> inks_;
+    std::unordered_map<std::string, const xml::Element*> inks_;
     std::size_t colorElements_ = 0;
 };
 
