@@ -99,6 +99,14 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::image: return makeImageCoder();
     case PaletteFormat::svg: return makeSVGCoder();
     case PaletteFormat::swift: return makeSwiftCoder();
+    case PaletteFormat::androidXML: return makeAndroidXMLCoder();
+    case PaletteFormat::basicXML: return makeBasicXMLCoder();
+    case PaletteFormat::corelDraw: return makeCorelDrawCoder();
+    case PaletteFormat::scribusXML: return makeScribusXMLCoder();
+    case PaletteFormat::openOffice: return makeOpenOfficeCoder();
+    case PaletteFormat::autodeskColorBook: return makeAutodeskColorBookCoder();
+    case PaletteFormat::sketch: return makeSketchCoder();
+    case PaletteFormat::simplePalette: return makeSimplePaletteCoder();
     default: return makeNotYetBuiltCoder(format);
     }
 }

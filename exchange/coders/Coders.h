@@ -50,6 +50,15 @@ std::unique_ptr<PaletteCoder> makeImageCoder();
 std::unique_ptr<PaletteCoder> makeSVGCoder();
 std::unique_ptr<PaletteCoder> makeSwiftCoder();
 
+std::unique_ptr<PaletteCoder> makeAndroidXMLCoder();
+std::unique_ptr<PaletteCoder> makeBasicXMLCoder();
+std::unique_ptr<PaletteCoder> makeCorelDrawCoder();
+std::unique_ptr<PaletteCoder> makeScribusXMLCoder();
+std::unique_ptr<PaletteCoder> makeOpenOfficeCoder();
+std::unique_ptr<PaletteCoder> makeAutodeskColorBookCoder();
+std::unique_ptr<PaletteCoder> makeSketchCoder();
+std::unique_ptr<PaletteCoder> makeSimplePaletteCoder();
+
 // A coder for a format whose reading and writing are not built: both answer notImplemented.
 std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
 

@@ -200,6 +200,10 @@ std::string_view nextWord(std::string_view& rest) {
     return word;
 }
 
+bool isHexDigits(std::string_view text) {
+    return !text.empty() && text.find_first_not_of("0123456789abcdefABCDEF") == std::string_view::npos;
+}
+
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
     if (text.size() < prefix.size()) return false;
     for (std::size_t i = 0; i < prefix.size(); ++i)

@@ -44,6 +44,9 @@ std::vector<std::string_view> fields(std::string_view text, char separator);
 // The next word of `rest` (skipping blanks before it), which is removed from `rest`; empty at the end.
 std::string_view nextWord(std::string_view& rest);
 
+// Non-empty and nothing but hexadecimal digits, in either case.
+bool isHexDigits(std::string_view text);
+
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
 
 // A whole token as a decimal integer (optional sign, digits only, never octal); nullopt otherwise.

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include "BinaryCoderTestSupport.h"
+#include "ExchangeTestSupport.h"
+#include "exchange/PaletteCoder.h"
+
+using namespace PAL;
+using Case = CommonError::Case;
+
+namespace {
+
+const auto basicCoder = coder(PaletteFormat::basicXML);
+
+Palette decodeBasic(std::string_view text) { return basicCoder->decode(text); }
+
+}  // namespace
+
+// The example of docs/formats/basic-xml.md.
+TEST(BasicXMLCoderTest, WritesTheDocumentedLayout) {
+    const Palette palette("Harbour", {Color::rgb(0.1, 0.4, 0.6, 1, "Sea"), Color::gray(0.85, 0.5, "Fog")},
+                          {Group("Inks & accents", {Color::cmyk(0, 0.55, 0.9, 0.05, 1, "Harbour Orange", ColorType::spot),
+                                                    Color::lab(52, -20.9, 37.75)})});
+    EXPECT_EQ(basicCoder->encode(palette),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+              "<basicPalette version=\"1\" name=\"Harbour\">\n"
+              "  <color name=\"Sea\" space=\"RGB\" components=\"0.1 0.4 0.6\"/>\n"
+              "  <color name=\"Fog\" space=\"Gray\" components=\"0.85\" alpha=\"0.5\"/>\n"
+              "  <group name=\"Inks &amp; accents\">\n"
+              "    <color name=\"Harbour Orange\" space=\"CMYK\" components=\"0 0.55 0.9 0.05\" type=\"spot\"/>\n"
+              "    <color space=\"LAB\" components=\"52 -20.9 37.75\"/>\n"
+              "  </group>\n"
+              "</basicPalette>\n");
+}
+
+TEST(BasicXMLCoderTest, ReadsBackExactlyWhatItWrites) {
+    const Palette palette("Round <trip>", {Color::rgb255(26, 101, 151, 255, "Sea"), Color::gray(1.0 / 3, 0.25, "Third")},
+                          {Group("", {Color::cmyk(0.05, 0.1, 0.35, 0, 1, "Sand", ColorType::normal)}),
+                           Group("Lab", {Color::lab(64.37, -42.49, 63.91, 1, "Ünïcode ✓", ColorType::spot)})});
+    const Palette back = decodeBasic(basicCoder->encode(palette));
+    EXPECT_EQ(back.name, palette.name);
+    EXPECT_EQ(back.format, PaletteFormat::basicXML);
+    ASSERT_EQ(back.colors.size(), 2u);
+    for (std::size_t i = 0; i < 2; ++i) {
+        EXPECT_EQ(back.colors[i].colorComponents, palette.colors[i].colorComponents);  // exact, not within a tolerance
+        EXPECT_EQ(back.colors[i].alpha, palette.colors[i].alpha);
+    }
+    ASSERT_EQ(back.groups.size(), 2u);
+    for (std::size_t g = 0; g < 2; ++g) {
+        EXPECT_EQ(back.groups[g].name, palette.groups[g].name);
+        EXPECT_EQ(back.groups[g].colors, palette.groups[g].colors);
+    }
+}
+
+TEST(BasicXMLCoderTest, ReadsShortHandWrittenFiles) {
+    const Palette palette = decodeBasic(
+        "<basicPalette>\n"
+        "  <group><color hex=\"#1A6597\"/></group>\n"
+        "  <color components=\"1, 0.5, 0\"/>\n"
+        "  <color name=\"Half\" hex=\"#ff000080\"/>\n"
+        "  <color hex=\"#00ff00\" alpha=\"0.25\" type=\"SPOT\"/>\n"
+        "  <color space=\"cmyk\" components=\" 0 0 0\n 1 \"/>\n"
+        "  <note>ignored</note>\n"
+        "</basicPalette>");
+    EXPECT_TRUE(palette.name.empty());
+    ASSERT_EQ(palette.colors.size(), 4u);
+    EXPECT_EQ(palette.colors[0], Color::rgb(1, 0.5, 0));
+    EXPECT_EQ(palette.colors[1], Color::rgb255(255, 0, 0, 128, "Half"));
+    EXPECT_EQ(palette.colors[2], Color::rgb(0, 1, 0, 0.25, "", ColorType::spot));
+    EXPECT_EQ(palette.colors[3], Color::cmyk(0, 0, 0, 1));
+    ASSERT_EQ(palette.groups.size(), 1u);
+    EXPECT_EQ(palette.groups[0].name, "");
+    EXPECT_EQ(palette.groups[0].colors.at(0), Color::rgb255(26, 101, 151));
+}
+
+TEST(BasicXMLCoderTest, RefusesBrokenColoursAndOtherDocuments) {
+    for (const char* text : {"", "<basicPalette>", "<palette name=\"Corel\"><colors/></palette>", "<resources/>",
+                             "<basicPalette><color/></basicPalette>",
+                             "<basicPalette><color components=\"1 x 0\"/></basicPalette>",
+                             "<basicPalette><color space=\"HSB\" components=\"1 0 0\"/></basicPalette>",
+                             "<basicPalette><color components=\"1 0 0\" type=\"special\"/></basicPalette>",
+                             "<basicPalette><color components=\"1 0 0\" alpha=\"half\"/></basicPalette>",
+                             "<basicPalette><color hex=\"#12\"/></basicPalette>"})
+        EXPECT_TRUE(binarytest::commonError([text] { decodeBasic(text); }).has_value()) << text;
+    expectCommonError(Case::invalidColorComponentCountForModelType,
+                      [] { decodeBasic("<basicPalette><color space=\"CMYK\" components=\"1 0 0\"/></basicPalette>"); });
+}
