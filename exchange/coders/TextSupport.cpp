@@ -160,6 +160,14 @@ std::string fixed(double value, int decimals) {
     return out;
 }
 
+std::string trimmedFixed(double value, int decimals) {
+    std::string out = fixed(value, decimals);
+    if (out.find('.') == std::string::npos) return out;
+    out.erase(out.find_last_not_of('0') + 1);
+    if (out.back() == '.') out.pop_back();
+    return out == "-0" ? "0" : out;
+}
+
 std::string shortest(double value) {
     char buffer[64];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);

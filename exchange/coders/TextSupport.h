@@ -35,6 +35,9 @@ std::optional<long long> integer(std::string_view token);
 std::optional<double> number(std::string_view token);
 // `value` with at most `decimals` digits after the point, trailing zeros kept, always with '.'.
 std::string fixed(double value, int decimals);
+// `value` with at most `decimals` digits after the point, trailing zeros and a bare point dropped
+// ("0.5", "1", "0.333").
+std::string trimmedFixed(double value, int decimals);
 // The shortest text that reads back as `value`, always with '.'.
 std::string shortest(double value);
 
