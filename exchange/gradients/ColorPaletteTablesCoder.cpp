@@ -153,7 +153,9 @@ Gradient gradientFromKeys(const std::vector<RGB>& colors) {
 
 std::string colorText(const RGB& rgba) {
     const RGB color = overWhite(rgba);
-    const auto byte = [](double unit) { return std::to_string(static_cast<int>(std::round(std::clamp(unit, 0.0, 1.0) * 255))); };
+    // Bytes laid over white can land on a half exactly (136 at half alpha gives 195.5): it rounds up even
+    // when floating point leaves it a hair below.
+    const auto byte = [](double unit) { return std::to_string(static_cast<int>(std::round(std::clamp(unit, 0.0, 1.0) * 255 + 1e-9))); };
     return byte(color.rf) + " " + byte(color.gf) + " " + byte(color.bf);
 }
 
