@@ -133,6 +133,12 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
     return true;
 }
 
+std::string lowercased(std::string_view text) {
+    std::string out(text);
+    for (auto& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return out;
+}
+
 std::optional<long long> integer(std::string_view token) {
     if (token.starts_with('+')) token.remove_prefix(1);
     if (token.empty()) return std::nullopt;

@@ -27,6 +27,8 @@ std::vector<std::string_view> words(std::string_view text);
 std::vector<std::string_view> fields(std::string_view text, char separator);
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
+// ASCII letters lowercased, every other byte as it is.
+std::string lowercased(std::string_view text);
 
 // A whole token as a decimal integer (optional sign, digits only, never octal); nullopt otherwise.
 std::optional<long long> integer(std::string_view token);

@@ -13,12 +13,6 @@ namespace PAL {
 
 namespace {
 
-std::string lowercased(std::string_view text) {
-    std::string out(textfile::trimmed(text));
-    std::transform(out.begin(), out.end(), out.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return out;
-}
-
 std::optional<RGB> hexColor(std::string_view digits) {
     const bool allHex = std::all_of(digits.begin(), digits.end(), [](unsigned char c) { return std::isxdigit(c); });
     if (!allHex || (digits.size() != 3 && digits.size() != 4 && digits.size() != 6 && digits.size() != 8)) return std::nullopt;
@@ -70,7 +64,7 @@ std::optional<RGB> functionColor(std::string_view name, std::string_view argumen
 }  // namespace
 
 std::optional<RGB> cssColor(std::string_view text) {
-    const std::string color = lowercased(text);
+    const std::string color = textfile::lowercased(textfile::trimmed(text));
     if (color.starts_with('#')) return hexColor(std::string_view(color).substr(1));
     if (color == "transparent") return RGB{0, 0, 0, 0};
     const auto open = color.find('(');

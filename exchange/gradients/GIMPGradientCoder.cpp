@@ -36,7 +36,7 @@ struct Segment {
 
 CommonError invalidFormat() { return CommonError(CommonError::Case::invalidFormat); }
 
-double unitNumber(std::string_view token) {
+double numberField(std::string_view token) {
     const auto value = textfile::number(token);
     if (!value) throw invalidFormat();
     return *value;
@@ -51,8 +51,8 @@ int smallInteger(std::string_view token, int largest) {
 // Foreground and background endpoints take the colour stored with them (the one the editor last
 // showed); the "transparent" kinds (2 and 4) take it with no alpha.
 RGB endpointColor(const std::vector<std::string_view>& fields, std::size_t first, int endpointType) {
-    RGB color{std::clamp(unitNumber(fields[first]), 0.0, 1.0), std::clamp(unitNumber(fields[first + 1]), 0.0, 1.0),
-              std::clamp(unitNumber(fields[first + 2]), 0.0, 1.0), std::clamp(unitNumber(fields[first + 3]), 0.0, 1.0)};
+    RGB color{std::clamp(numberField(fields[first]), 0.0, 1.0), std::clamp(numberField(fields[first + 1]), 0.0, 1.0),
+              std::clamp(numberField(fields[first + 2]), 0.0, 1.0), std::clamp(numberField(fields[first + 3]), 0.0, 1.0)};
     if (endpointType == 2 || endpointType == 4) color.af = 0;
     return color;
 }
@@ -63,9 +63,9 @@ Segment segmentLine(std::string_view line) {
     const int leftType = fields.size() == 15 ? smallInteger(fields[13], 4) : 0;
     const int rightType = fields.size() == 15 ? smallInteger(fields[14], 4) : 0;
     Segment segment;
-    segment.left = unitNumber(fields[0]);
-    segment.middle = unitNumber(fields[1]);
-    segment.right = unitNumber(fields[2]);
+    segment.left = numberField(fields[0]);
+    segment.middle = numberField(fields[1]);
+    segment.right = numberField(fields[2]);
     segment.leftColor = endpointColor(fields, 3, leftType);
     segment.rightColor = endpointColor(fields, 7, rightType);
     segment.blending = static_cast<Blending>(smallInteger(fields[11], 5));

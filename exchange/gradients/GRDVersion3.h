@@ -3,7 +3,6 @@
 // .PspGradient): "8BGR", version 3, then each gradient's name, colour stops and opacity stops.
 #include <optional>
 #include <string_view>
-
 #include <vector>
 
 #include "exchange/gradients/Gradient.h"

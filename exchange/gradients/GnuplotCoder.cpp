@@ -19,6 +19,7 @@ namespace PAL {
 
 namespace {
 
+using textfile::lowercased;
 using textfile::trimmed;
 
 enum class Model { rgb, hsv, cmy };
@@ -72,12 +73,6 @@ std::vector<Entry> dataFileEntries(const std::vector<std::string_view>& lines) {
         else throw invalidFormat();
     }
     return entries;
-}
-
-std::string lowercased(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return out;
 }
 
 Model paletteModel(std::string_view command) {

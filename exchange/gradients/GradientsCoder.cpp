@@ -6,6 +6,7 @@
 #include "exchange/BytesReader.h"
 #include "exchange/ExchangeLog.h"
 #include "exchange/PalErrors.h"
+#include "exchange/coders/TextSupport.h"
 #include "exchange/gradients/GradientCoders.h"
 #include "platform/Files.h"
 #include "platform/linux/PosixFiles.h"
@@ -13,12 +14,6 @@
 namespace PAL {
 
 namespace {
-
-std::string lowercased(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return out;
-}
 
 std::string readFile(const std::string& path) {
     auto bytes = kro::PosixFiles().read(path);
@@ -95,7 +90,7 @@ const std::vector<std::unique_ptr<GradientsCoder>>& allGradientsCoders() {
 }
 
 std::vector<const GradientsCoder*> gradientsCoders(std::string_view extension) {
-    const std::string wanted = lowercased(extension);
+    const std::string wanted = textfile::lowercased(extension);
     std::vector<const GradientsCoder*> matching;
     if (wanted.empty()) return matching;
     for (const auto& candidate : allGradientsCoders()) {
