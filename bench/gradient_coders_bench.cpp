@@ -12,8 +12,8 @@ constexpr int stopCount = 16;
 PAL::Gradient sampleGradient(int index) {
     PAL::Gradient gradient{"Gradient " + std::to_string(index), {}};
     for (int s = 0; s < stopCount; ++s)
-        gradient.stops.push_back({s / double(stopCount - 1), PAL::Color::rgb255((index + s * 16) % 256, (index * 7 + s) % 256, (s * 13) % 256,
-                                                                               255 - s * 8)});
+        gradient.stops.push_back({s / double(stopCount - 1), PAL::Color::rgb255((index + s * 16) % 256, (index * 7 + s) % 256,
+                                                                                (s * 13) % 256, 255 - s * 8)});
     return gradient;
 }
 

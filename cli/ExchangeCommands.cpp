@@ -101,8 +101,12 @@ std::optional<Kind> kindOfName(const std::optional<std::string>& name) {
 std::optional<Kind> kindOfPath(const std::string& path, bool reading) {
     const std::string extension = fileExtension(path);
     bool palettes = false, gradients = false;
-    for (const auto* candidate : PAL::coders(extension)) palettes = palettes || (reading ? PAL::info(candidate->format()).reads : PAL::info(candidate->format()).writes);
-    for (const auto* candidate : PAL::gradientsCoders(extension)) gradients = gradients || (reading ? candidate->reads() : candidate->writes());
+    for (const auto* candidate : PAL::coders(extension)) {
+        const auto& format = PAL::info(candidate->format());
+        palettes = palettes || (reading ? format.reads : format.writes);
+    }
+    for (const auto* candidate : PAL::gradientsCoders(extension))
+        gradients = gradients || (reading ? candidate->reads() : candidate->writes());
     return soleKind(palettes, gradients);
 }
 

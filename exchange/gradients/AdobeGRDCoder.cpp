@@ -33,7 +33,8 @@ RGB objectColor(const Value& color) {
     if (model == "RGBC") return {component(color, "Rd  ", 255), component(color, "Grn ", 255), component(color, "Bl  ", 255), 1};
     if (model == "HSBC") {
         const double hue = color.numberAt("H   ").value_or(0);
-        return hsbToRGB({(hue - 360 * std::floor(hue / 360)) / 360, component(color, "Strt", 100), component(color, "Brgh", 100), 1});
+        return hsbToRGB(
+            {(hue - 360 * std::floor(hue / 360)) / 360, component(color, "Strt", 100), component(color, "Brgh", 100), 1});
     }
     if (model == "CMYC") {
         const double k = component(color, "Blck", 100);
@@ -41,7 +42,9 @@ RGB objectColor(const Value& color) {
         return {ink("Cyn "), ink("Mgnt"), ink("Ylw "), 1};
     }
     if (model == "LbCl")
-        return Color::lab(color.numberAt("Lmnc").value_or(0), color.numberAt("A   ").value_or(0), color.numberAt("B   ").value_or(0)).rgb();
+        return Color::lab(color.numberAt("Lmnc").value_or(0), color.numberAt("A   ").value_or(0),
+                          color.numberAt("B   ").value_or(0))
+            .rgb();
     if (model == "Grsc") {
         const double white = 1 - component(color, "Gry ", 100);
         return {white, white, white, 1};
@@ -68,7 +71,8 @@ std::vector<TrackStop> track(const Value& gradient, std::string_view key, bool o
     if (!list || list->type != "VlLs") return stops;
     for (const auto& stop : list->children) {
         if (stop.type != "Objc") throw invalidFormat();
-        const RGB value = opacity ? RGB{0, 0, 0, std::clamp(stop.numberAt("Opct").value_or(100) / 100, 0.0, 1.0)} : stopColor(stop);
+        const RGB value =
+            opacity ? RGB{0, 0, 0, std::clamp(stop.numberAt("Opct").value_or(100) / 100, 0.0, 1.0)} : stopColor(stop);
         stops.push_back({location(stop), midpoint(stop), value});
     }
     return stops;

@@ -30,7 +30,8 @@ std::optional<double> amount(std::string_view token, double percentScale) {
 
 std::optional<RGB> functionColor(std::string_view name, std::string_view arguments) {
     std::string separated(arguments);
-    std::replace_if(separated.begin(), separated.end(), [](char c) { return c == ',' || c == '/'; }, ' ');
+    std::replace_if(
+        separated.begin(), separated.end(), [](char c) { return c == ',' || c == '/'; }, ' ');
     const auto tokens = textfile::words(separated);
     if (tokens.size() != 3 && tokens.size() != 4) return std::nullopt;
     double alpha = 1;

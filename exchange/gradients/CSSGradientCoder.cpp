@@ -23,7 +23,8 @@ std::string className(std::string_view name, std::set<std::string>& taken) {
         else if (!base.empty() && base.back() != '-') base += '-';
     }
     while (!base.empty() && base.back() == '-') base.pop_back();
-    if (base.empty() || std::isdigit(static_cast<unsigned char>(base.front()))) base = "gradient" + (base.empty() ? "" : "-" + base);
+    if (base.empty() || std::isdigit(static_cast<unsigned char>(base.front())))
+        base = "gradient" + (base.empty() ? "" : "-" + base);
     std::string candidate = base;
     for (int suffix = 2; !taken.insert(candidate).second; ++suffix) candidate = base + "-" + std::to_string(suffix);
     return candidate;

@@ -87,7 +87,8 @@ struct Slice {
 
 // "z0 colour z1 colour [L|U|B] [;label]", the colours as one token or as three or four numbers.
 Slice sliceLine(std::vector<std::string_view> tokens, Model model) {
-    if (tokens.size() % 2 == 1 && tokens.back().size() == 1 && std::string_view("LUB").find(tokens.back()) != std::string_view::npos)
+    if (tokens.size() % 2 == 1 && tokens.back().size() == 1 &&
+        std::string_view("LUB").find(tokens.back()) != std::string_view::npos)
         tokens.pop_back();
     const std::size_t half = tokens.size() / 2;
     if (tokens.size() % 2 != 0 || (half != 2 && half != 4 && half != 5)) throw invalidFormat();
@@ -124,7 +125,8 @@ Gradient gradientFromSlices(const std::vector<Slice>& slices, Model model) {
         if (model == Model::hsv && !sameRGBA(slice.color0, slice.color1)) {
             const HSB from = rgbToHSB(slice.color0), to = rgbToHSB(slice.color1);
             stops.addSampled(position(slice.z0), position(slice.z1), [&](double f) {
-                RGB rgb = hsbToRGB({from.hf + (to.hf - from.hf) * f, from.sf + (to.sf - from.sf) * f, from.bf + (to.bf - from.bf) * f, 1});
+                RGB rgb = hsbToRGB(
+                    {from.hf + (to.hf - from.hf) * f, from.sf + (to.sf - from.sf) * f, from.bf + (to.bf - from.bf) * f, 1});
                 rgb.af = from.af + (to.af - from.af) * f;
                 return rgb;
             });
@@ -155,7 +157,9 @@ std::string colorText(const RGB& rgba) {
     const RGB color = overWhite(rgba);
     // Bytes laid over white can land on a half exactly (136 at half alpha gives 195.5): it rounds up even
     // when floating point leaves it a hair below.
-    const auto byte = [](double unit) { return std::to_string(static_cast<int>(std::round(std::clamp(unit, 0.0, 1.0) * 255 + 1e-9))); };
+    const auto byte = [](double unit) {
+        return std::to_string(static_cast<int>(std::round(std::clamp(unit, 0.0, 1.0) * 255 + 1e-9)));
+    };
     return byte(color.rf) + " " + byte(color.gf) + " " + byte(color.bf);
 }
 
@@ -166,7 +170,8 @@ public:
 
     Gradients decode(BytesParser::BytesReader& reader) const override {
         const auto bytes = reader.readAll();
-        const std::string content = textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        const std::string content =
+            textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
         Model model = Model::rgb;
         std::string name;
         std::vector<Slice> slices;

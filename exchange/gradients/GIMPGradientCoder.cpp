@@ -172,7 +172,8 @@ public:
 
     Gradients decode(BytesParser::BytesReader& reader) const override {
         const auto bytes = reader.readAll();
-        const std::string content = textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        const std::string content =
+            textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
         const auto lines = textfile::splitLines(content);
         if (lines.empty() || !lines.front().starts_with(magic)) throw invalidFormat();
 

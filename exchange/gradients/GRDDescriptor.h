@@ -12,11 +12,11 @@
 namespace PAL::grd {
 
 struct Value {
-    std::string type;     // the four-character type: "Objc", "VlLs", "doub", "long", "UntF", "TEXT", "enum", ...
-    double number = 0;    // doub, UntF, long, comp, bool
-    std::string unit;     // UntF: "#Prc", "#Ang", ...
-    std::string text;     // TEXT; enum: the value
-    std::string classID;  // Objc: the class; enum: the enumeration
+    std::string type;               // the four-character type: "Objc", "VlLs", "doub", "long", "UntF", "TEXT", "enum", ...
+    double number = 0;              // doub, UntF, long, comp, bool
+    std::string unit;               // UntF: "#Prc", "#Ang", ...
+    std::string text;               // TEXT; enum: the value
+    std::string classID;            // Objc: the class; enum: the enumeration
     std::vector<std::string> keys;  // Objc: the key of each child
     std::vector<Value> children;    // Objc: the items; VlLs: the entries
 

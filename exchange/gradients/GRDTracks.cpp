@@ -24,7 +24,8 @@ public:
                 const auto& from = stops[i - 1];
                 const double midpoint = owner == MidpointOwner::endingStop ? stops[i].midpoint : from.midpoint;
                 if (std::fabs(midpoint - 0.5) > 1e-6)
-                    points_.push_back({from.location + (stops[i].location - from.location) * midpoint, mixed(from.value, stops[i].value, 0.5)});
+                    points_.push_back(
+                        {from.location + (stops[i].location - from.location) * midpoint, mixed(from.value, stops[i].value, 0.5)});
             }
             points_.push_back({stops[i].location, stops[i].value});
         }
@@ -34,7 +35,8 @@ public:
 
     // The value coming from the left of `position`: the first of the points on it.
     RGB before(double position) const {
-        const auto at = std::lower_bound(points_.begin(), points_.end(), position, [](const Point& p, double x) { return p.position < x; });
+        const auto at =
+            std::lower_bound(points_.begin(), points_.end(), position, [](const Point& p, double x) { return p.position < x; });
         if (at == points_.end()) return points_.back().value;
         if (at == points_.begin() || at->position == position) return at->value;
         return between(*(at - 1), *at, position);
@@ -42,7 +44,8 @@ public:
 
     // The value going on to the right of `position`: the last of the points on it.
     RGB after(double position) const {
-        const auto past = std::upper_bound(points_.begin(), points_.end(), position, [](double x, const Point& p) { return x < p.position; });
+        const auto past =
+            std::upper_bound(points_.begin(), points_.end(), position, [](double x, const Point& p) { return x < p.position; });
         if (past == points_.begin()) return points_.front().value;
         if (past == points_.end() || (past - 1)->position == position) return (past - 1)->value;
         return between(*(past - 1), *past, position);

@@ -66,9 +66,10 @@ std::vector<Entry> dataFileEntries(const std::vector<std::string_view>& lines) {
         if (text.empty()) continue;
         const auto tokens = textfile::words(text);
         const double index = static_cast<double>(entries.size());
-        if (tokens.size() == 4) entries.push_back({numberOf(tokens[0]), tripleColor(numberOf(tokens[1]), numberOf(tokens[2]), numberOf(tokens[3]), Model::rgb)});
-        else if (tokens.size() == 3) entries.push_back({index, tripleColor(numberOf(tokens[0]), numberOf(tokens[1]), numberOf(tokens[2]), Model::rgb)});
-        else if (tokens.size() == 2 && packedColor(tokens[1])) entries.push_back({numberOf(tokens[0]), *packedColor(tokens[1])});
+        const auto n = [&tokens](std::size_t i) { return numberOf(tokens[i]); };
+        if (tokens.size() == 4) entries.push_back({n(0), tripleColor(n(1), n(2), n(3), Model::rgb)});
+        else if (tokens.size() == 3) entries.push_back({index, tripleColor(n(0), n(1), n(2), Model::rgb)});
+        else if (tokens.size() == 2 && packedColor(tokens[1])) entries.push_back({n(0), *packedColor(tokens[1])});
         else if (tokens.size() == 1 && packedColor(tokens[0])) entries.push_back({index, *packedColor(tokens[0])});
         else throw invalidFormat();
     }
@@ -136,7 +137,8 @@ public:
 
     Gradients decode(BytesParser::BytesReader& reader) const override {
         const auto bytes = reader.readAll();
-        const std::string content = textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        const std::string content =
+            textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
         const auto lines = textfile::splitLines(content);
         const std::string command = lowercased(content);
         const bool isCommand = command.find("defined") != std::string::npos && command.find("palette") != std::string::npos;
@@ -161,8 +163,8 @@ public:
             const RGB rgba = stop.color.rgb();
             dropsAlpha = dropsAlpha || rgba.af < 1;
             const RGB color = overWhite(rgba);
-            out += textfile::fixed(stop.position, 6) + " " + textfile::fixed(color.rf, 6) + " " + textfile::fixed(color.gf, 6) + " " +
-                   textfile::fixed(color.bf, 6) + "\n";
+            out += textfile::fixed(stop.position, 6) + " " + textfile::fixed(color.rf, 6) + " " + textfile::fixed(color.gf, 6) +
+                   " " + textfile::fixed(color.bf, 6) + "\n";
         }
         if (dropsAlpha) logInfo("gnuplot Palette: alpha laid over white");
         return out;

@@ -130,9 +130,8 @@ constexpr std::array<GnuplotColor, 111> colors = {{
 }  // namespace
 
 std::optional<std::string_view> gnuplotColorHex(std::string_view name) {
-    const auto found = std::lower_bound(colors.begin(), colors.end(), name, [](const GnuplotColor& color, std::string_view wanted) {
-        return color.name < wanted;
-    });
+    const auto found = std::lower_bound(colors.begin(), colors.end(), name,
+                                        [](const GnuplotColor& color, std::string_view wanted) { return color.name < wanted; });
     if (found == colors.end() || found->name != name) return std::nullopt;
     return found->hex;
 }

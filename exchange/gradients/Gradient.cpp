@@ -23,7 +23,8 @@ void Gradient::normalize() {
 RGB Gradient::colorAt(double t) const {
     if (stops.empty()) throw CommonError(CommonError::Case::notEnoughColorsToGenerateGradient);
     // The first stop past t; at a hard edge on t that is past both, so the later colour wins.
-    const auto after = std::upper_bound(stops.begin(), stops.end(), t, [](double value, const auto& stop) { return value < stop.position; });
+    const auto after =
+        std::upper_bound(stops.begin(), stops.end(), t, [](double value, const auto& stop) { return value < stop.position; });
     if (after == stops.begin()) return after->color.rgb();
     const auto& before = *(after - 1);
     if (after == stops.end() || before.position == t) return before.color.rgb();

@@ -50,7 +50,8 @@ double offset(const xml::Element& stop) {
 RGB stopRGBA(const xml::Element& stop) {
     auto colorText = trimmed(property(stop, "stop-color").value_or("black"));
     using textfile::startsWithIgnoringCase;
-    if (!startsWithIgnoringCase(colorText, "rgb") && !startsWithIgnoringCase(colorText, "hsl")) colorText = colorText.substr(0, colorText.find(' '));
+    if (!startsWithIgnoringCase(colorText, "rgb") && !startsWithIgnoringCase(colorText, "hsl"))
+        colorText = colorText.substr(0, colorText.find(' '));
     RGB color = cssColor(colorText).value_or(RGB{0, 0, 0, 1});
     const auto opacityText = trimmed(property(stop, "stop-opacity").value_or("1"));
     double opacity = 1;
@@ -102,8 +103,8 @@ std::string elementID(std::string_view name, std::set<std::string>& taken) {
 
 std::string stopElement(const GradientStop& stop) {
     const RGB color = stop.color.rgb();
-    return "      <stop offset=\"" + trimmedFixed(stop.position, 6) + "\" stop-color=\"" + stop.color.hexString(ColorByteFormat::rgb, true) +
-           "\" stop-opacity=\"" + trimmedFixed(color.af, 4) + "\"/>\n";
+    return "      <stop offset=\"" + trimmedFixed(stop.position, 6) + "\" stop-color=\"" +
+           stop.color.hexString(ColorByteFormat::rgb, true) + "\" stop-opacity=\"" + trimmedFixed(color.af, 4) + "\"/>\n";
 }
 
 class SVGGradientCoder final : public GradientsCoder {

@@ -12,17 +12,18 @@ namespace PAL::swiftcode {
 namespace {
 
 constexpr std::string_view keywords[] = {
-    "Any", "Self", "as", "associatedtype", "break", "case", "catch", "class", "continue", "default",
-    "defer", "deinit", "do", "else", "enum", "extension", "fallthrough", "false", "fileprivate", "for",
-    "func", "guard", "if", "import", "in", "init", "inout", "internal", "is", "let",
-    "nil", "open", "operator", "private", "protocol", "public", "repeat", "rethrows", "return", "self",
-    "static", "struct", "subscript", "super", "switch", "throw", "throws", "true", "try", "var",
-    "where", "while",
+    "Any",         "Self",     "as",       "associatedtype", "break",       "case",
+    "catch",       "class",    "continue", "default",        "defer",       "deinit",
+    "do",          "else",     "enum",     "extension",      "fallthrough", "false",
+    "fileprivate", "for",      "func",     "guard",          "if",          "import",
+    "in",          "init",     "inout",    "internal",       "is",          "let",
+    "nil",         "open",     "operator", "private",        "protocol",    "public",
+    "repeat",      "rethrows", "return",   "self",           "static",      "struct",
+    "subscript",   "super",    "switch",   "throw",          "throws",      "true",
+    "try",         "var",      "where",    "while",
 };
 
-bool isKeyword(std::string_view word) {
-    return std::find(std::begin(keywords), std::end(keywords), word) != std::end(keywords);
-}
+bool isKeyword(std::string_view word) { return std::find(std::begin(keywords), std::end(keywords), word) != std::end(keywords); }
 
 std::vector<std::string> words(std::string_view name) {
     std::vector<std::string> list(1);
@@ -42,8 +43,11 @@ std::string identifier(std::string_view name, std::string_view suffix, std::set<
     for (std::size_t i = 0; i < parts.size(); ++i) {
         std::string word = parts[i];
         const bool allCapitals = std::none_of(word.begin(), word.end(), [](unsigned char c) { return std::islower(c); });
-        if (i == 0 && allCapitals) std::transform(word.begin(), word.end(), word.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        word[0] = static_cast<char>(i == 0 ? std::tolower(static_cast<unsigned char>(word[0])) : std::toupper(static_cast<unsigned char>(word[0])));
+        if (i == 0 && allCapitals)
+            std::transform(word.begin(), word.end(), word.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        word[0] = static_cast<char>(i == 0 ? std::tolower(static_cast<unsigned char>(word[0]))
+                                           : std::toupper(static_cast<unsigned char>(word[0])));
         base += word;
     }
     if (base.empty()) base = "gradient";

@@ -24,9 +24,10 @@ public:
                           ", alpha: " + number(c.af) + "),\n";
                 locations += (locations.empty() ? "" : ", ") + number(stop.position);
             }
-            out += "\n" + swiftcode::docComment(gradient.name, "") + "let " + swiftcode::identifier(gradient.name, "Gradient", taken) +
-                   ": CGGradient? = CGGradient(\n    colorsSpace: CGColorSpace(name: CGColorSpace.sRGB),\n    colors: [\n" + colors +
-                   "    ] as CFArray,\n    locations: [" + locations + "])\n";
+            out += "\n" + swiftcode::docComment(gradient.name, "") + "let " +
+                   swiftcode::identifier(gradient.name, "Gradient", taken) +
+                   ": CGGradient? = CGGradient(\n    colorsSpace: CGColorSpace(name: CGColorSpace.sRGB),\n    colors: [\n" +
+                   colors + "    ] as CFArray,\n    locations: [" + locations + "])\n";
         }
         return out;
     }

@@ -22,8 +22,9 @@ public:
             body += "    static let " + swiftcode::identifier(gradient.name, "", taken) + " = Gradient(stops: [\n";
             for (const auto& stop : writableStops(gradient)) {
                 const RGB c = stop.color.rgb();
-                body += "        .init(color: Color(.sRGB, red: " + number(c.rf) + ", green: " + number(c.gf) + ", blue: " + number(c.bf) +
-                        ", opacity: " + number(c.af) + "), location: " + number(stop.position) + "),\n";
+                body += "        .init(color: Color(.sRGB, red: " + number(c.rf) + ", green: " + number(c.gf) +
+                        ", blue: " + number(c.bf) + ", opacity: " + number(c.af) + "), location: " + number(stop.position) +
+                        "),\n";
             }
             body += "    ])\n";
         }

@@ -39,12 +39,19 @@ TEST(ColorPaletteTablesCoderTest, RoundTripsHardEdgesAsSeparateSlices) {
 
 TEST(ColorPaletteTablesCoderTest, ReadsEveryErasColourFormsOverAnyRange) {
     // GMT 4 numbers over a negative range, with annotation letters, labels, B/F/N and blank lines.
-    expectStops(decodeCPT("# COLOR_MODEL = RGB\n-100 0 0 0 0 255 0 0 L\n\n0 255 0 0 100 255 255 255 B ;top\nB 0 0 0\nF 1 1 1\nN 9 9 9\n"),
-                {{0, "000000"}, {0.5, "ff0000"}, {1, "ffffff"}});
+    expectStops(
+        decodeCPT("# COLOR_MODEL = RGB\n-100 0 0 0 0 255 0 0 L\n\n0 255 0 0 100 255 255 255 B ;top\nB 0 0 0\nF 1 1 1\nN 9 9 9\n"),
+        {{0, "000000"}, {0.5, "ff0000"}, {1, "ffffff"}});
     // GMT 5 tokens: r/g/b, a name, #rrggbb, a grey, c/m/y/k, transparency, and a band of no fill.
     expectStops(decodeCPT("0 255/0/0 1 red\n1 #00ff00 2 128\n2 0/0/0/100 3 0/100/100/0@50\n3 - 4 -\n"),
-                {{0, "ff0000"}, {0.25, "ff0000"}, {0.25, "00ff00"}, {0.5, "808080"}, {0.5, "000000"}, {0.75, "ff0000", 0.5},
-                 {0.75, "000000", 0}, {1, "000000", 0}},
+                {{0, "ff0000"},
+                 {0.25, "ff0000"},
+                 {0.25, "00ff00"},
+                 {0.5, "808080"},
+                 {0.5, "000000"},
+                 {0.75, "ff0000", 0.5},
+                 {0.75, "000000", 0},
+                 {1, "000000", 0}},
                 0.5 / 255);
     // CMYK as four numbers, and h-s-v tokens.
     expectStops(decodeCPT("0 0 100 100 0 1 100 100 0 0\n"), {{0, "ff0000"}, {1, "0000ff"}});
@@ -60,7 +67,8 @@ TEST(ColorPaletteTablesCoderTest, HSVTablesAreSampledAlongTheHue) {
 }
 
 TEST(ColorPaletteTablesCoderTest, RefusesWhatIsNotATable) {
-    for (const char* text : {"", "# only a comment\n", "0 1 2\n", "0 red 1\n", "0 red 1 nocolour\n", "1 red 0 blue\n", "0 red 1 blue\n2 red 1.5 blue\n",
-                             "0 red 0 blue\n", "# COLOR_MODEL = LAB\n0 red 1 blue\n", "0 red 1 blue\n2 green\n", "0 1 2 3 4 5\n"})
+    for (const char* text : {"", "# only a comment\n", "0 1 2\n", "0 red 1\n", "0 red 1 nocolour\n", "1 red 0 blue\n",
+                             "0 red 1 blue\n2 red 1.5 blue\n", "0 red 0 blue\n", "# COLOR_MODEL = LAB\n0 red 1 blue\n",
+                             "0 red 1 blue\n2 green\n", "0 1 2 3 4 5\n"})
         expectCommonError(Case::invalidFormat, [text] { decodeCPT(text); });
 }

@@ -41,7 +41,8 @@ TEST(GIMPGradientCoderTest, WritesOneStraightSegmentPerPairOfStops) {
 }
 
 TEST(GIMPGradientCoderTest, RoundTripsStopsHardEdgesAndAlpha) {
-    const Gradient twoTone = decodeGGR(encode(GradientsFormat::gimp, gradients({gradient("Two Tone\nline", {{0.5, "ff0000"}, {0.5, "0000ff"}})})));
+    const Gradient twoTone =
+        decodeGGR(encode(GradientsFormat::gimp, gradients({gradient("Two Tone\nline", {{0.5, "ff0000"}, {0.5, "0000ff"}})})));
     EXPECT_EQ(twoTone.name, "Two Tone line");
     expectStops(twoTone, {{0, "ff0000"}, {0.5, "ff0000"}, {0.5, "0000ff"}, {1, "0000ff"}});
     expectSameStops(decodeGGR(encode(GradientsFormat::gimp, gradients({ember()}))), ember());
@@ -51,10 +52,12 @@ TEST(GIMPGradientCoderTest, RoundTripsStopsHardEdgesAndAlpha) {
 TEST(GIMPGradientCoderTest, SegmentsBecomeStopsExactlyWhereStopsCanHoldThem) {
     // An off-centre middle adds the mean colour there; a step jumps at its middle.
     expectStops(decodeGGR(ggr("0 0.2 1 0 0 0 1 1 1 1 0 0 0\n")), {{0, "000000"}, {0.2, "808080", 0.5}, {1, "ffffff", 0}}, 0.003);
-    expectStops(decodeGGR(ggr("0 0.3 1 1 0 0 1 0 0 1 1 5 0\n")), {{0, "ff0000"}, {0.3, "ff0000"}, {0.3, "0000ff"}, {1, "0000ff"}});
+    expectStops(decodeGGR(ggr("0 0.3 1 1 0 0 1 0 0 1 1 5 0\n")),
+                {{0, "ff0000"}, {0.3, "ff0000"}, {0.3, "0000ff"}, {1, "0000ff"}});
     // Segments meeting with one colour share a stop; with two they make a hard edge. A zero-width segment is legal.
-    expectStops(decodeGGR(ggr("0 0.25 0.5 0 0 0 1 1 1 1 1 0 0\n0.5 0.5 0.5 0 0 1 1 0 0 1 1 0 0\n0.5 0.75 1 1 1 1 1 0 0 0 1 0 0\n", "3")),
-                {{0, "000000"}, {0.5, "ffffff"}, {0.5, "ffffff"}, {1, "000000"}});
+    expectStops(
+        decodeGGR(ggr("0 0.25 0.5 0 0 0 1 1 1 1 1 0 0\n0.5 0.5 0.5 0 0 1 1 0 0 1 1 0 0\n0.5 0.75 1 1 1 1 1 0 0 0 1 0 0\n", "3")),
+        {{0, "000000"}, {0.5, "ffffff"}, {0.5, "ffffff"}, {1, "000000"}});
 }
 
 TEST(GIMPGradientCoderTest, CurvesAndHSVRampsAreSampledCloseToGIMPsOwnCurve) {
@@ -76,11 +79,14 @@ TEST(GIMPGradientCoderTest, CurvesAndHSVRampsAreSampledCloseToGIMPsOwnCurve) {
 TEST(GIMPGradientCoderTest, ReadsOlderAndOtherProgramsFilesTolerantly) {
     // No name line (before GIMP 2.2), CR LF, six-decimal drift at the joins, Krita's endpoint types
     // (a "transparent foreground" end has no alpha), colours out of range held in range.
-    const Gradient old = decodeGGR("GIMP Gradient\r\n2\r\n0.000000 0.250000 0.333333 0 0 0 1 1 1 1 1 0 0 0 2\r\n"
-                                   "0.3333330000001 0.6 1.0000000001 1 1 1 1 1.5 -1 0 1 0 0 0 0\r\n");
+    const Gradient old = decodeGGR(
+        "GIMP Gradient\r\n2\r\n0.000000 0.250000 0.333333 0 0 0 1 1 1 1 1 0 0 0 2\r\n"
+        "0.3333330000001 0.6 1.0000000001 1 1 1 1 1.5 -1 0 1 0 0 0 0\r\n");
     EXPECT_EQ(old.name, "");
-    expectStops(old, {{0, "000000"}, {0.25, "808080", 0.5}, {0.333333, "ffffff", 0}, {0.333333, "ffffff"}, {0.6, "ff8080"}, {1, "ff0000"}},
-                0.003);
+    expectStops(
+        old,
+        {{0, "000000"}, {0.25, "808080", 0.5}, {0.333333, "ffffff", 0}, {0.333333, "ffffff"}, {0.6, "ff8080"}, {1, "ff0000"}},
+        0.003);
     EXPECT_EQ(decodeGGR("GIMP Gradient\nName: Untitled\n1\n0 0.5 1 0 0 0 1 1 1 1 1 0 0\n").name, "");
 }
 
@@ -90,9 +96,8 @@ TEST(GIMPGradientCoderTest, RefusesWhatGIMPRefuses) {
          {std::string(""), std::string("GIMP Palette\nName: X\n1\n") + line, ggr(line, "0"), ggr(line, "2"), ggr(line, "x"),
           ggr("0 0.5 1 0 0 0 1 1 1 1 1 0\n"), ggr("0 0.5 1 0 0 0 1 1 1 1 1 0 0 0\n"), ggr("0 0.5 1 0 0 0 1 1 1 1 1 6 0\n"),
           ggr("0 0.5 1 0 0 0 1 1 1 1 1 0 3\n"), ggr("0 0.5 1 0 0 0 1 1 1 1 1 0 0 5 0\n"), ggr("0 0.5 1 0 0 0 1 1 1 1 x 0 0\n"),
-          ggr("0 0.7 0.5 0 0 0 1 1 1 1 1 0 0\n0.5 0.6 1 0 0 0 1 1 1 1 1 0 0\n", "2"),
-          ggr("0.1 0.5 1 0 0 0 1 1 1 1 1 0 0\n"), ggr("0 0.5 0.9 0 0 0 1 1 1 1 1 0 0\n"),
-          ggr("0 0.2 0.4 0 0 0 1 1 1 1 1 0 0\n0.5 0.6 1 0 0 0 1 1 1 1 1 0 0\n", "2")})
+          ggr("0 0.7 0.5 0 0 0 1 1 1 1 1 0 0\n0.5 0.6 1 0 0 0 1 1 1 1 1 0 0\n", "2"), ggr("0.1 0.5 1 0 0 0 1 1 1 1 1 0 0\n"),
+          ggr("0 0.5 0.9 0 0 0 1 1 1 1 1 0 0\n"), ggr("0 0.2 0.4 0 0 0 1 1 1 1 1 0 0\n0.5 0.6 1 0 0 0 1 1 1 1 1 0 0\n", "2")})
         expectCommonError(Case::invalidFormat, [&] { decode(GradientsFormat::gimp, text); });
 }
 
@@ -171,7 +176,8 @@ TEST(GIMPGradientCoderTest, EveryGradientGIMPAndKritaShipOpensWithItsSegments) {
     const Gradient flare = decodeGGR(realFileText(realFiles() / "gimp-data/Flare_Glow_Angular_1.ggr"));
     bool alphaJump = false;
     for (std::size_t i = 0; i + 1 < flare.stops.size(); ++i)
-        alphaJump = alphaJump || (std::abs(flare.stops[i].position - 0.959015) < 1e-6 && flare.stops[i + 1].position == flare.stops[i].position);
+        alphaJump = alphaJump || (std::abs(flare.stops[i].position - 0.959015) < 1e-6 &&
+                                  flare.stops[i + 1].position == flare.stops[i].position);
     EXPECT_TRUE(alphaJump);
     const Gradient spectrum = decodeGGR(realFileText(realFiles() / "gimp-data/Full_saturation_spectrum_CCW.ggr"));
     EXPECT_TRUE(sameRGBA(spectrum.colorAt(1.0 / 3), {0, 1, 0, 1}, 2.0 / 255));

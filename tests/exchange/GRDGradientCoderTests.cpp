@@ -34,7 +34,9 @@ public:
         return *this;
     }
     Descriptor& raw(std::string_view text) { return bytes += text, *this; }
-    Descriptor& id(std::string_view key) { return key.size() == 4 ? u32(0).raw(key) : u32(static_cast<std::uint32_t>(key.size())).raw(key); }
+    Descriptor& id(std::string_view key) {
+        return key.size() == 4 ? u32(0).raw(key) : u32(static_cast<std::uint32_t>(key.size())).raw(key);
+    }
     Descriptor& unicode(std::string_view ascii) {
         u32(static_cast<std::uint32_t>(ascii.size() + 1));
         for (char c : ascii) raw(std::string{'\0', c});
@@ -46,13 +48,19 @@ public:
     }
     Descriptor& number(std::string_view key, double value) {
         id(key).raw("doub");
-        return u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value) >> 32)).u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value)));
+        return u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value) >> 32))
+            .u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value)));
     }
-    Descriptor& integer(std::string_view key, std::int32_t value) { return id(key).raw("long").u32(static_cast<std::uint32_t>(value)); }
-    Descriptor& enumeration(std::string_view key, std::string_view type, std::string_view value) { return id(key).raw("enum").id(type).id(value); }
+    Descriptor& integer(std::string_view key, std::int32_t value) {
+        return id(key).raw("long").u32(static_cast<std::uint32_t>(value));
+    }
+    Descriptor& enumeration(std::string_view key, std::string_view type, std::string_view value) {
+        return id(key).raw("enum").id(type).id(value);
+    }
     Descriptor& percent(std::string_view key, double value) {
         id(key).raw("UntF#Prc");
-        return u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value) >> 32)).u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value)));
+        return u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value) >> 32))
+            .u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value)));
     }
     Descriptor& list(std::string_view key, std::uint32_t count) { return id(key).raw("VlLs").u32(count); }
 };
@@ -73,18 +81,28 @@ std::string version5(const std::vector<std::tuple<std::string, std::vector<Color
         d.id("Nm  ").raw("TEXT").unicode(name);
         d.enumeration("GrdF", "GrdF", "CstS").number("Intr", 0).list("Clrs", static_cast<std::uint32_t>(colors.size()));
         for (const auto& stop : colors) {
-            d.raw("Objc").object("", "", "Clrt", 4).object("Clr ", "", "RGBC", 3).number("Rd  ", stop.r).number("Grn ", stop.g).number("Bl  ", stop.b);
+            d.raw("Objc")
+                .object("", "", "Clrt", 4)
+                .object("Clr ", "", "RGBC", 3)
+                .number("Rd  ", stop.r)
+                .number("Grn ", stop.g)
+                .number("Bl  ", stop.b);
             d.enumeration("Type", "Clry", "UsrS").integer("Lctn", stop.location).integer("Mdpn", stop.midpoint);
         }
         d.list("Trns", static_cast<std::uint32_t>(opacities.size()));
         for (const auto& stop : opacities)
-            d.raw("Objc").object("", "", "TrnS", 3).percent("Opct", stop.percent).integer("Lctn", stop.location).integer("Mdpn", stop.midpoint);
+            d.raw("Objc")
+                .object("", "", "TrnS", 3)
+                .percent("Opct", stop.percent)
+                .integer("Lctn", stop.location)
+                .integer("Mdpn", stop.midpoint);
     }
     return d.bytes;
 }
 
 std::string emberVersion5() {
-    return version5({{"Ember", {{51, 0, 0, 0, 50}, {255, 102, 0, 2048, 50}, {255, 238, 136, 4096, 50}}, {{100, 0, 50}, {50, 4096, 50}}}});
+    return version5(
+        {{"Ember", {{51, 0, 0, 0, 50}, {255, 102, 0, 2048, 50}, {255, 238, 136, 4096, 50}}, {{100, 0, 50}, {50, 4096, 50}}}});
 }
 
 }  // namespace
@@ -107,10 +125,11 @@ TEST(AdobeGRDCoderTest, ReadsBothVersionsOfTheExample) {
 }
 
 TEST(AdobeGRDCoderTest, ReadsSeveralGradientsTracksThatStopShortAndMidpoints) {
-    const auto list = decode(GradientsFormat::adobeGRD,
-                             version5({{"$$$/DefaultGradient/BlackWhite=Black, White", {{0, 0, 0, 0, 50}, {255, 255, 255, 4096, 25}}, {}},
-                                       {"Inner", {{255, 0, 0, 1024, 50}, {0, 0, 255, 3072, 50}}, {{100, 0, 50}, {0, 2048, 50}}}}))
-                          .gradients;
+    const auto list =
+        decode(GradientsFormat::adobeGRD,
+               version5({{"$$$/DefaultGradient/BlackWhite=Black, White", {{0, 0, 0, 0, 50}, {255, 255, 255, 4096, 25}}, {}},
+                         {"Inner", {{255, 0, 0, 1024, 50}, {0, 0, 255, 3072, 50}}, {{100, 0, 50}, {0, 2048, 50}}}}))
+            .gradients;
     ASSERT_EQ(list.size(), 2u);
     // The midpoint stored with the last stop governs the interval before it; the localisable key shows its text.
     EXPECT_EQ(list[0].name, "Black, White");
@@ -120,14 +139,15 @@ TEST(AdobeGRDCoderTest, ReadsSeveralGradientsTracksThatStopShortAndMidpoints) {
 }
 
 TEST(AdobeGRDCoderTest, RefusesOtherFilesAndDamagedOnes) {
-    for (const std::string& bytes : {std::string(), std::string("8BGR"), hexBytes("3842475200040001"), hexBytes("4142434400030001"),
-                                     std::string("GIMP Gradient\n")})
+    for (const std::string& bytes : {std::string(), std::string("8BGR"), hexBytes("3842475200040001"),
+                                     hexBytes("4142434400030001"), std::string("GIMP Gradient\n")})
         EXPECT_TRUE(binarytest::commonError([&] { decode(GradientsFormat::adobeGRD, bytes); })) << binarytest::hexOf(bytes);
     const std::string file = emberVersion5();
     for (std::size_t length = 6; length < file.size(); length += 7)
         EXPECT_TRUE(binarytest::commonError([&] { decode(GradientsFormat::adobeGRD, file.substr(0, length)); })) << length;
     for (std::size_t length = 6; length < emberVersion3.size(); ++length)
-        EXPECT_TRUE(binarytest::commonError([&] { decode(GradientsFormat::adobeGRD, emberVersion3.substr(0, length)); })) << length;
+        EXPECT_TRUE(binarytest::commonError([&] { decode(GradientsFormat::adobeGRD, emberVersion3.substr(0, length)); }))
+            << length;
     // An unknown value type cannot be read past; nesting is bounded (this depth would exhaust the stack).
     std::string unknownType = file;
     unknownType.replace(unknownType.find("doub"), 4, "what");
@@ -140,7 +160,12 @@ TEST(AdobeGRDCoderTest, RefusesOtherFilesAndDamagedOnes) {
     // A gradient file of noise gradients only has nothing to give.
     Descriptor noise;
     noise.raw("8BGR").raw(hexBytes("0005")).u32(16).object("", "", "null", 1).list("GrdL", 1);
-    noise.raw("Objc").object("", "Gradient", "Grdn", 1).object("Grad", "Gradient", "Grdn", 2).id("Nm  ").raw("TEXT").unicode("Noise");
+    noise.raw("Objc")
+        .object("", "Gradient", "Grdn", 1)
+        .object("Grad", "Gradient", "Grdn", 2)
+        .id("Nm  ")
+        .raw("TEXT")
+        .unicode("Noise");
     noise.enumeration("GrdF", "GrdF", "ClNs");
     binarytest::LogCapture log;
     expectCommonError(Case::invalidFormat, [&] { decode(GradientsFormat::adobeGRD, noise.bytes); });

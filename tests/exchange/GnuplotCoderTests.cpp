@@ -30,7 +30,8 @@ TEST(GnuplotCoderTest, RoundTripsNamesHardEdgesAndStopsShortOfTheEnds) {
 
 TEST(GnuplotCoderTest, ReadsDataFilesOfEveryShapeGnuplotTakes) {
     // gray r g b over any rising range, comments and blank lines.
-    expectStops(decodeGPF("# Gnuplot colour map\n-1 0 0 0\n\n1 1 1 1 # white\n3 1 0 0\n"), {{0, "000000"}, {0.5, "ffffff"}, {1, "ff0000"}});
+    expectStops(decodeGPF("# Gnuplot colour map\n-1 0 0 0\n\n1 1 1 1 # white\n3 1 0 0\n"),
+                {{0, "000000"}, {0.5, "ffffff"}, {1, "ff0000"}});
     // r g b alone: the line number is the gray; packed colours.
     expectStops(decodeGPF("1 0 0\n0 0 1\n0 1 0\n"), {{0, "ff0000"}, {0.5, "0000ff"}, {1, "00ff00"}});
     expectStops(decodeGPF("0 0xff0000\n2 0x0000FF\n"), {{0, "ff0000"}, {1, "0000ff"}});
@@ -38,16 +39,19 @@ TEST(GnuplotCoderTest, ReadsDataFilesOfEveryShapeGnuplotTakes) {
 
 TEST(GnuplotCoderTest, ReadsADefinedPaletteCommand) {
     // gnuplot's own demo: names, repeated grays as hard edges.
-    const Gradient demo = decodeGPF(R"(set palette model RGB defined (0 "green", 1 "dark-green", 1 "yellow", 2 "dark-yellow", 2 "red", 3 "dark-red"))");
-    expectStops(demo, {{0, "00ff00"}, {1.0 / 3, "006400"}, {1.0 / 3, "ffff00"}, {2.0 / 3, "c8c800"}, {2.0 / 3, "ff0000"}, {1, "8b0000"}});
+    const Gradient demo = decodeGPF(
+        R"(set palette model RGB defined (0 "green", 1 "dark-green", 1 "yellow", 2 "dark-yellow", 2 "red", 3 "dark-red"))");
+    expectStops(
+        demo, {{0, "00ff00"}, {1.0 / 3, "006400"}, {1.0 / 3, "ffff00"}, {2.0 / 3, "c8c800"}, {2.0 / 3, "ff0000"}, {1, "8b0000"}});
     expectStops(decodeGPF("set palette defined ( 0 '#330000', 0.5 1 0.55 0.25, 1 \"#FFF7C4\" )"),
                 {{0, "330000"}, {0.5, "ff8c40"}, {1, "fff7c4"}}, 0.5 / 255);
     expectStops(decodeGPF("set palette model HSV defined (0 0 1 1, 1 0.5 1 1)"), {{0, "ff0000"}, {1, "00ffff"}});
 }
 
 TEST(GnuplotCoderTest, RefusesWhatGnuplotWouldNot) {
-    for (const char* text : {"", "# nothing\n", "0 1\n", "1 0 0 0\n0 1 1 1\n", "0 x 0 0\n", "0 0 0 0 0\n",
-                             "set palette defined (0 \"no-such-colour\", 1 \"red\")", "set palette defined (0 1 1)",
-                             "set palette model XYZ defined (0 1 1 1)", "set palette defined 0 1 1 1", "set palette defined (0 \"red)"})
+    for (const char* text :
+         {"", "# nothing\n", "0 1\n", "1 0 0 0\n0 1 1 1\n", "0 x 0 0\n", "0 0 0 0 0\n",
+          "set palette defined (0 \"no-such-colour\", 1 \"red\")", "set palette defined (0 1 1)",
+          "set palette model XYZ defined (0 1 1 1)", "set palette defined 0 1 1 1", "set palette defined (0 \"red)"})
         expectCommonError(Case::invalidFormat, [text] { decodeGPF(text); });
 }

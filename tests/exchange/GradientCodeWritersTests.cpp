@@ -9,16 +9,19 @@ using namespace gradienttest;
 using Case = CommonError::Case;
 
 TEST(CSSGradientCoderTest, WritesOneClassPerGradientWithEveryStopPlaced) {
-    EXPECT_EQ(encode(GradientsFormat::css, gradients({ember(), gradient("3 bars */ Ember", {{0.3333333, "000000", 0.12345}, {0.3333333, "ffffff"}}),
-                                                     gradient("", {{0.5, "0000ff"}})})),
+    EXPECT_EQ(encode(GradientsFormat::css,
+                     gradients({ember(), gradient("3 bars */ Ember", {{0.3333333, "000000", 0.12345}, {0.3333333, "ffffff"}}),
+                                gradient("", {{0.5, "0000ff"}})})),
               "/* Ember */\n"
               ".ember {\n"
-              "  background: linear-gradient(90deg, rgba(51, 0, 0, 1) 0%, rgba(255, 102, 0, 0.75) 50%, rgba(255, 238, 136, 0.5) 100%);\n"
+              "  background: linear-gradient(90deg, rgba(51, 0, 0, 1) 0%, rgba(255, 102, 0, 0.75) 50%, rgba(255, 238, 136, 0.5) "
+              "100%);\n"
               "}\n"
               "\n"
               "/* 3 bars * / Ember */\n"
               ".gradient-3-bars-ember {\n"
-              "  background: linear-gradient(90deg, rgba(0, 0, 0, 0.123) 0%, rgba(0, 0, 0, 0.123) 33.333%, rgba(255, 255, 255, 1) 33.333%, "
+              "  background: linear-gradient(90deg, rgba(0, 0, 0, 0.123) 0%, rgba(0, 0, 0, 0.123) 33.333%, rgba(255, 255, 255, "
+              "1) 33.333%, "
               "rgba(255, 255, 255, 1) 100%);\n"
               "}\n"
               "\n"
@@ -47,7 +50,8 @@ TEST(SwiftUIGradientCoderTest, WritesAGradientExtension) {
 }
 
 TEST(SwiftGradientCoderTest, WritesCoreGraphicsGradientsWithUniqueNames) {
-    EXPECT_EQ(encode(GradientsFormat::swiftGen, gradients({ember(), gradient("EMBER", {{0, "ffffff"}, {1, "000000"}}), gradient("2nd GPS glow", {{0, "000000"}})})),
+    EXPECT_EQ(encode(GradientsFormat::swiftGen, gradients({ember(), gradient("EMBER", {{0, "ffffff"}, {1, "000000"}}),
+                                                           gradient("2nd GPS glow", {{0, "000000"}})})),
               "import CoreGraphics\n"
               "\n"
               "/// Ember\n"
@@ -76,5 +80,6 @@ TEST(SwiftGradientCoderTest, WritesCoreGraphicsGradientsWithUniqueNames) {
               "        CGColor(srgbRed: 0.0, green: 0.0, blue: 0.0, alpha: 1.0),\n"
               "    ] as CFArray,\n"
               "    locations: [0.0])\n");
-    expectCommonError(Case::notEnoughColorsToGenerateGradient, [] { encode(GradientsFormat::swiftGen, gradients({gradient("", {})})); });
+    expectCommonError(Case::notEnoughColorsToGenerateGradient,
+                      [] { encode(GradientsFormat::swiftGen, gradients({gradient("", {})})); });
 }

@@ -15,7 +15,8 @@ using namespace gradienttest;
 using Case = CommonError::Case;
 
 TEST(GradientModelTest, NormalizingSortsStablyClampsAndKeepsOnlyTheVisibleStopsOfAPosition) {
-    Gradient g = gradient("", {{0.5, "0000ff"}, {1.5, "ffffff"}, {0.5, "00ff00"}, {-1, "000000"}, {0.5, "ff0000"}, {0.5, "ffff00"}});
+    Gradient g =
+        gradient("", {{0.5, "0000ff"}, {1.5, "ffffff"}, {0.5, "00ff00"}, {-1, "000000"}, {0.5, "ff0000"}, {0.5, "ffff00"}});
     g.normalize();
     // Four stops at 0.5: the first and last in file order remain, a hard edge from blue to yellow.
     expectStops(g, {{0, "000000"}, {0.5, "0000ff"}, {0.5, "ffff00"}, {1, "ffffff"}});
@@ -66,7 +67,8 @@ TEST(GradientModelTest, SeparateColourAndOpacityTracksFlattenIntoStops) {
     const RGB red{1, 0, 0, 1}, blue{0, 0, 1, 1};
     const auto opacity = [](double a) { return RGB{0, 0, 0, a}; };
     // Opacity stops between colour stops become stops of their own; ends are held flat.
-    auto stops = flattenedTracks({{0.2, 0.5, red}, {1, 0.5, blue}}, {{0, 0.5, opacity(1)}, {0.6, 0.5, opacity(0)}}, MidpointOwner::endingStop);
+    auto stops = flattenedTracks({{0.2, 0.5, red}, {1, 0.5, blue}}, {{0, 0.5, opacity(1)}, {0.6, 0.5, opacity(0)}},
+                                 MidpointOwner::endingStop);
     Gradient g{"", stops};
     expectStops(g, {{0, "ff0000", 1}, {0.2, "ff0000", 2.0 / 3}, {0.6, "800080", 0}, {1, "0000ff", 0}}, 0.003);
 

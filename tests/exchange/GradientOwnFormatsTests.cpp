@@ -81,9 +81,9 @@ TEST(JSONGradientsCoderTest, WritesTheDocumentedForm) {
 }
 
 TEST(JSONGradientsCoderTest, ReadsOneGradientAloneAndSortsItsStops) {
-    const Gradients one = decode(GradientsFormat::json,
-                                 R"({"stops":[{"position":1,"color":{"colorSpace":"RGB","colorComponents":[1,1,1]}},)"
-                                 R"({"position":0,"color":{"colorSpace":"Gray","colorComponents":[0]}}]})");
+    const Gradients one =
+        decode(GradientsFormat::json, R"({"stops":[{"position":1,"color":{"colorSpace":"RGB","colorComponents":[1,1,1]}},)"
+                                      R"({"position":0,"color":{"colorSpace":"Gray","colorComponents":[0]}}]})");
     ASSERT_EQ(one.gradients.size(), 1u);
     EXPECT_EQ(one.gradients[0].name, "");
     expectStops(one.gradients[0], {{0, "000000"}, {1, "ffffff"}});
@@ -110,12 +110,12 @@ TEST(DCGCoderTest, RoundTripsEverythingTheModelHolds) {
 TEST(DCGCoderTest, WritesTheDocumentedBytes) {
     Gradient g{"Hi", {{0, Color::rgb(1, 0, 0)}, {1, Color::gray(0.5, 0.5, "G", ColorType::spot)}}};
     EXPECT_EQ(binarytest::hexOf(encode(GradientsFormat::dcg, gradients({g}))),
-              "44 43 47 52 01 00 01 00 00 00 "        // magic, version 1, 1 gradient
-              "02 00 00 00 48 69 02 00 00 00 "        // "Hi", 2 stops
-              "00 00 00 00 00 00 00 00 01 03 "        // position 0, RGB, 3 components
+              "44 43 47 52 01 00 01 00 00 00 "  // magic, version 1, 1 gradient
+              "02 00 00 00 48 69 02 00 00 00 "  // "Hi", 2 stops
+              "00 00 00 00 00 00 00 00 01 03 "  // position 0, RGB, 3 components
               "00 00 00 00 00 00 F0 3F 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
-              "00 00 00 00 00 00 F0 3F 00 00 00 00 00 "  // alpha 1, global, no name
-              "00 00 00 00 00 00 F0 3F 03 01 "        // position 1, Gray, 1 component
+              "00 00 00 00 00 00 F0 3F 00 00 00 00 00 "                              // alpha 1, global, no name
+              "00 00 00 00 00 00 F0 3F 03 01 "                                       // position 1, Gray, 1 component
               "00 00 00 00 00 00 E0 3F 00 00 00 00 00 00 E0 3F 01 01 00 00 00 47");  // 0.5, alpha 0.5, spot, "G"
 }
 
@@ -126,8 +126,11 @@ TEST(DCGCoderTest, RefusesDamagedFilesWithoutAllocatingFromTheirCounts) {
     expectCommonError(Case::invalidFormat, [&] { decode(GradientsFormat::dcg, good + "x"); });
     expectCommonError(Case::invalidVersion, [&] { decode(GradientsFormat::dcg, std::string(good).replace(4, 1, "\x02")); });
     // A count of four billion gradients, or of stops, with a few bytes behind it.
-    expectCommonError(Case::invalidFormat, [&] { decode(GradientsFormat::dcg, binarytest::hexBytes("44434752 0100 FFFFFFFF 00000000")); });
-    expectCommonError(Case::invalidFormat, [&] { decode(GradientsFormat::dcg, binarytest::hexBytes("44434752 0100 01000000 00000000 FFFFFFFF 0000")); });
+    expectCommonError(Case::invalidFormat,
+                      [&] { decode(GradientsFormat::dcg, binarytest::hexBytes("44434752 0100 FFFFFFFF 00000000")); });
+    expectCommonError(Case::invalidFormat, [&] {
+        decode(GradientsFormat::dcg, binarytest::hexBytes("44434752 0100 01000000 00000000 FFFFFFFF 0000"));
+    });
     // A colour whose component count does not fit its space, a name that is not UTF-8, a position that is not a number.
     std::string badCount = good;
     badCount[32] = 4;

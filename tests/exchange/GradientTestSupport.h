@@ -33,9 +33,7 @@ inline PAL::Gradient gradient(std::string name, const std::vector<ExpectedStop>&
 inline PAL::Gradients gradients(std::vector<PAL::Gradient> list) { return PAL::Gradients{std::move(list), std::nullopt}; }
 
 // The three-stop example of the format notes: dark red, orange at three quarters, pale yellow at half.
-inline PAL::Gradient ember() {
-    return gradient("Ember", {{0, "330000", 1}, {0.5, "ff6600", 0.75}, {1, "ffee88", 0.5}});
-}
+inline PAL::Gradient ember() { return gradient("Ember", {{0, "330000", 1}, {0.5, "ff6600", 0.75}, {1, "ffee88", 0.5}}); }
 
 // Positions within 1e-6; components and alpha within `tolerance` (1/255 suits formats that store bytes).
 inline void expectStops(const PAL::Gradient& actual, const std::vector<ExpectedStop>& expected, double tolerance = 1e-6) {

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-
 #include "BinaryCoderTestSupport.h"
 #include "ExchangeTestSupport.h"
 #include "GradientTestSupport.h"
@@ -14,7 +13,8 @@ namespace {
 std::vector<Gradient> decodeSVG(std::string_view text) { return decode(GradientsFormat::svg, text).gradients; }
 
 std::string svg(std::string_view body) {
-    return R"svg(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink"><defs>)svg" + std::string(body) + "</defs></svg>";
+    return R"svg(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink"><defs>)svg" +
+           std::string(body) + "</defs></svg>";
 }
 
 }  // namespace
@@ -36,7 +36,8 @@ TEST(SVGGradientCoderTest, WritesAttributesAlwaysWithOpacityAndAPreview) {
 }
 
 TEST(SVGGradientCoderTest, RoundTripsSeveralGradientsTheirNamesAndAlpha) {
-    const Gradients list = gradients({ember(), gradient("3 <Ember> & \"co\"", {{0.25, "000000", 0.2}, {0.25, "ffffff"}}), gradient("Ember", {{0, "123456"}, {1, "abcdef"}})});
+    const Gradients list = gradients({ember(), gradient("3 <Ember> & \"co\"", {{0.25, "000000", 0.2}, {0.25, "ffffff"}}),
+                                      gradient("Ember", {{0, "123456"}, {1, "abcdef"}})});
     const std::string text = encode(GradientsFormat::svg, list);
     // Ids are XML names, unique in the file.
     EXPECT_NE(text.find("id=\"_3__Ember_____co_\""), std::string::npos);
@@ -68,7 +69,8 @@ TEST(SVGGradientCoderTest, ReadsStopsAsBrowsersDrawThem) {
 
 TEST(SVGGradientCoderTest, RefusesDocumentsWithoutGradients) {
     binarytest::LogCapture log;
-    for (const std::string& text : {std::string(), std::string("<svg"), svg(""), svg(R"svg(<linearGradient id="a"><stop stop-color="red"/></linearGradient>)svg")})
+    for (const std::string& text : {std::string(), std::string("<svg"), svg(""),
+                                    svg(R"svg(<linearGradient id="a"><stop stop-color="red"/></linearGradient>)svg")})
         expectCommonError(Case::invalidFormat, [&] { decodeSVG(text); });
     EXPECT_TRUE(log.contains("SVG Gradients: skipped \"a\", which has a single stop"));
 }
