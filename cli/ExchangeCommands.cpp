@@ -1,5 +1,5 @@
-// Palette files from the command line: conversion between formats, a look inside a file, and the
-// list of formats this build reads and writes.
+// Palette and gradient files from the command line: conversion between formats, a look inside a
+// palette file, and the list of formats this build reads and writes.
 #include "cli/ExchangeCommands.h"
 
 #include <iomanip>
@@ -8,6 +8,7 @@
 
 #include "exchange/PalErrors.h"
 #include "exchange/PaletteCoder.h"
+#include "exchange/gradients/GradientsCoder.h"
 #include "platform/Files.h"
 #include "platform/linux/PosixFiles.h"
 
@@ -83,9 +84,105 @@ std::string readFailure(const CommonError& error, const std::string& path, const
     }
 }
 
+enum class Kind { palettes, gradients };
+
+std::optional<Kind> soleKind(bool palettes, bool gradients) {
+    if (palettes == gradients) return std::nullopt;
+    return palettes ? Kind::palettes : Kind::gradients;
+}
+
+// The kinds that have a format of this case name.
+std::optional<Kind> kindOfName(const std::optional<std::string>& name) {
+    if (!name) return std::nullopt;
+    return soleKind(PAL::paletteFormatFromCaseName(*name).has_value(), PAL::gradientsFormatFromCaseName(*name).has_value());
+}
+
+// The kinds that have a format reading (or writing) files of this path's extension.
+std::optional<Kind> kindOfPath(const std::string& path, bool reading) {
+    const std::string extension = fileExtension(path);
+    bool palettes = false, gradients = false;
+    for (const auto* candidate : PAL::coders(extension)) {
+        const auto& format = PAL::info(candidate->format());
+        palettes = palettes || (reading ? format.reads : format.writes);
+    }
+    for (const auto* candidate : PAL::gradientsCoders(extension))
+        gradients = gradients || (reading ? candidate->reads() : candidate->writes());
+    return soleKind(palettes, gradients);
+}
+
+// A conversion is of gradients when the first clue that belongs to one kind alone says so, the clues
+// taken in the order --from, IN's extension, --to, OUT's extension; otherwise it is of palettes. So
+// .ggr, .grd or .cpt input, or --to gnuplot, make it a gradient conversion, while case names and
+// extensions that both kinds have (json, gimp, svg, .svg output, .swift) follow the other clues.
+Kind conversionKind(const ConvertArguments& args) {
+    for (const auto clue : {kindOfName(args.from), kindOfPath(args.input, true), kindOfName(args.to), kindOfPath(args.output, false)})
+        if (clue) return *clue;
+    return Kind::palettes;
+}
+
+std::string gradientReadFailure(const CommonError& error, const std::string& path, const PAL::GradientsCoder* given) {
+    switch (error.errorCase()) {
+    case CommonError::Case::unableToLoadFile: return path + ": cannot read the file";
+    case CommonError::Case::unsupportedCoderType:
+        return path + ": no gradient format reads files ending in " + quoted("." + fileExtension(path)) + " (name one with --from)";
+    case CommonError::Case::unsupportedPaletteType:
+        if (given) return path + ": not a gradient file in the " + std::string(PAL::info(given->format()).caseName) + " format";
+        return path + ": not a gradient file that any format for " + quoted("." + fileExtension(path)) + " can read";
+    default: return path + ": " + error.what();
+    }
+}
+
+int convertGradients(CommandContext& context, const Command& command, const ConvertArguments& args) {
+    const auto named = [](const std::optional<std::string>& name) { return name ? PAL::gradientsFormatFromCaseName(*name) : std::nullopt; };
+    for (const auto* name : {&args.from, &args.to}) {
+        if (*name && !named(*name)) {
+            context.err << "kro: unknown gradient format " << quoted(**name) << " (kro palette-formats lists them)\n";
+            return usageError(context, command);
+        }
+    }
+
+    std::unique_ptr<PAL::GradientsCoder> reader;
+    if (args.from) {
+        reader = PAL::coder(*named(args.from));
+        if (!reader->reads()) return fail(context, "reading the " + *args.from + " gradient format is not possible");
+    }
+    std::unique_ptr<PAL::GradientsCoder> writer;
+    if (args.to) {
+        writer = PAL::coder(*named(args.to));
+    } else {
+        const auto candidates = PAL::gradientsCoders(fileExtension(args.output));
+        if (candidates.empty())
+            return fail(context, args.output + ": no gradient format writes files ending in " + quoted("." + fileExtension(args.output)) +
+                                     " (name one with --to)");
+        writer = PAL::coder(candidates.front()->format());
+    }
+    const std::string writerName(PAL::info(writer->format()).caseName);
+    if (!writer->writes()) return fail(context, "writing the " + writerName + " gradient format is not possible");
+
+    PAL::Gradients gradients;
+    try {
+        gradients = PAL::decodeGradients(args.input, reader.get());
+    } catch (const CommonError& error) {
+        return fail(context, gradientReadFailure(error, args.input, reader.get()));
+    }
+    std::string bytes;
+    try {
+        bytes = writer->encode(gradients);
+    } catch (const CommonError& error) {
+        return fail(context, "cannot write the gradients as " + writerName + ": " + error.text().value_or(error.what()));
+    } catch (const std::exception& error) {
+        return fail(context, "cannot write the gradients as " + writerName + ": " + error.what());
+    }
+    // Written beside the target and renamed over it: a failure leaves no partial file.
+    PosixFiles files;
+    if (!files.writeAtomically(args.output, bytes)) return fail(context, args.output + ": cannot write the file");
+    return exitDone;
+}
+
 int runConvert(CommandContext& context, const Command& command) {
     const auto args = parseConvertArguments(context.args);
     if (!args) return usageError(context, command);
+    if (conversionKind(*args) == Kind::gradients) return convertGradients(context, command, *args);
 
     const auto formatNamed = [&](const std::optional<std::string>& name) -> std::optional<std::optional<PAL::PaletteFormat>> {
         if (!name) return std::optional<PAL::PaletteFormat>();
@@ -202,10 +299,11 @@ int runPaletteFormats(CommandContext& context, const Command& command) {
     }
     out << "\nGradient formats:\n";
     row("FORMAT", "NAME", "EXTENSIONS", "READ", "WRITE");
-    // No gradient coder is built yet.
-    for (const auto& format : PAL::gradientsFormats())
-        row(format.caseName, format.displayName, extensionsText(format.extensions), sideText(format.reads, false),
-            sideText(format.writes, false));
+    for (const auto& coder : PAL::allGradientsCoders()) {
+        const auto& format = PAL::info(coder->format());
+        row(format.caseName, format.displayName, extensionsText(format.extensions), sideText(format.reads, coder->reads()),
+            sideText(format.writes, coder->writes()));
+    }
     return exitDone;
 }
 
@@ -216,7 +314,11 @@ void registerExchangeCommands(CommandTable& table) {
     const auto add = [&table](const std::string& name, const std::string& usage, int (*run)(CommandContext&, const Command&)) {
         table[name] = Command{usage, [usage, run](CommandContext& context) { return run(context, Command{usage, nullptr}); }};
     };
-    add("convert", "kro convert IN OUT [--from FORMAT] [--to FORMAT]", runConvert);
+    add("convert",
+        "kro convert IN OUT [--from FORMAT] [--to FORMAT]\n"
+        "           converts gradients when the first of --from, IN's extension, --to and OUT's extension\n"
+        "           that only one kind of format has is a gradient one (kro palette-formats lists both kinds)",
+        runConvert);
     add("inspect", "kro inspect FILE", runInspect);
     add("palette-formats", "kro palette-formats", runPaletteFormats);
 }

@@ -80,4 +80,10 @@ const std::vector<GradientsFormatInfo>& gradientsFormats() {
 
 const GradientsFormatInfo& info(GradientsFormat format) { return gradientsFormats().at(static_cast<std::size_t>(format)); }
 
+std::optional<GradientsFormat> gradientsFormatFromCaseName(std::string_view caseName) {
+    for (const auto& entry : gradientsFormats())
+        if (entry.caseName == caseName) return entry.format;
+    return std::nullopt;
+}
+
 }  // namespace PAL

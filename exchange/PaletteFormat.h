@@ -45,8 +45,9 @@ struct GradientsFormatInfo {
     bool writes;
 };
 
-// All 11, in case order. No gradient coder is built yet: every one answers notImplemented.
+// All 11, in case order.
 const std::vector<GradientsFormatInfo>& gradientsFormats();
 const GradientsFormatInfo& info(GradientsFormat format);
+std::optional<GradientsFormat> gradientsFormatFromCaseName(std::string_view caseName);
 
 }  // namespace PAL

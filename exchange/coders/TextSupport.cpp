@@ -212,6 +212,12 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
     return true;
 }
 
+std::string lowercased(std::string_view text) {
+    std::string out(text);
+    for (auto& c : out) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return out;
+}
+
 std::optional<long long> integer(std::string_view token) {
     if (token.starts_with('+')) token.remove_prefix(1);
     if (token.empty()) return std::nullopt;
@@ -253,7 +259,7 @@ std::string fixedTrimmed(double value, int decimals) {
     if (out.find('.') == std::string::npos) return out;
     out.erase(out.find_last_not_of('0') + 1);
     if (out.back() == '.') out.pop_back();
-    return out;
+    return out == "-0" ? "0" : out;
 }
 
 std::string shortest(double value) {

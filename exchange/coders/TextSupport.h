@@ -48,6 +48,8 @@ std::string_view nextWord(std::string_view& rest);
 bool isHexDigits(std::string_view text);
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
+// ASCII letters lowercased, every other byte as it is.
+std::string lowercased(std::string_view text);
 
 // A whole token as a decimal integer (optional sign, digits only, never octal); nullopt otherwise.
 std::optional<long long> integer(std::string_view token);

@@ -102,7 +102,7 @@ TEST_F(ExchangeCommandsTest, ConvertFailuresSayWhat) {
 
 TEST_F(ExchangeCommandsTest, WrongCommandLinesAreUsageErrors) {
     EXPECT_EQ(run({"convert", "only-one.gpl"}), exitUsage);
-    EXPECT_EQ(err.str(), "usage: kro convert IN OUT [--from FORMAT] [--to FORMAT]\n");
+    EXPECT_EQ(err.str().rfind("usage: kro convert IN OUT [--from FORMAT] [--to FORMAT]\n", 0), 0u);
     EXPECT_EQ(run({"convert", "a.gpl", "b.gpl", "c.gpl"}), exitUsage);
     EXPECT_EQ(run({"convert", "a.gpl", "b.gpl", "--to"}), exitUsage);
     EXPECT_EQ(run({"convert", "a.gpl", "b.gpl", "--verbose"}), exitUsage);
@@ -145,7 +145,68 @@ TEST_F(ExchangeCommandsTest, PaletteFormatsListsEveryFormatAndWhatIsMissing) {
               std::string::npos);
     EXPECT_NE(text.find("xara                Xara Palette                    jcw                     not implemented  not implemented\n"),
               std::string::npos);
-    EXPECT_NE(text.find("adobeGRD"), std::string::npos);
+    // Every gradient coder is built: the sides the formats have.
+    EXPECT_NE(text.find("gimp                GIMP Gradient                   ggr                     yes              yes\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("css                 CSS Gradients                   css                     no               yes\n"),
+              std::string::npos);
+    EXPECT_NE(text.find("adobeGRD            Adobe Photoshop Gradients       grd                     yes              no\n"),
+              std::string::npos);
+}
+
+const std::string emberGradient =
+    "GIMP Gradient\n"
+    "Name: Ember\n"
+    "2\n"
+    "0 0.25 0.5 0.2 0 0 1 1 0.4 0 0.75 0 0 0 0\n"
+    "0.5 0.75 1 1 0.4 0 0.75 1 0.9333333333333333 0.5333333333333333 0.5 0 0 0 0\n";
+
+TEST_F(ExchangeCommandsTest, ConvertsGradientFilesByTheirExtensions) {
+    const auto input = write("ember.ggr", emberGradient);
+    ASSERT_EQ(run({"convert", input, path("ember.jsongradients")}), exitDone) << err.str();
+    ASSERT_EQ(run({"convert", path("ember.jsongradients"), path("again.ggr")}), exitDone) << err.str();
+    EXPECT_EQ(read("again.ggr"), emberGradient);
+    // .svg is written by both kinds: a gradient input decides it, and the SVG reads back.
+    ASSERT_EQ(run({"convert", input, path("ember.svg")}), exitDone) << err.str();
+    EXPECT_NE(read("ember.svg").find("<linearGradient id=\"Ember\""), std::string::npos);
+    ASSERT_EQ(run({"convert", path("ember.svg"), path("ember.cpt")}), exitDone) << err.str();
+    EXPECT_EQ(read("ember.cpt").rfind("# Ember\n# COLOR_MODEL = RGB\n", 0), 0u);
+}
+
+TEST_F(ExchangeCommandsTest, ANamedFormatOfOneKindDecidesAndPalettesStayAsTheyWere) {
+    const auto input = write("ember.data", emberGradient);
+    // --from gimp names both kinds and .data neither; --to gnuplot is a gradient format only.
+    ASSERT_EQ(run({"convert", input, path("out.data"), "--from", "gimp", "--to", "gnuplot"}), exitDone) << err.str();
+    EXPECT_EQ(read("out.data").rfind("# Ember\n0.000000 0.200000 0.000000 0.000000\n", 0), 0u);
+    EXPECT_EQ(run({"convert", input, path("out.data"), "--to", "gnuplot"}), exitFailed);
+    EXPECT_EQ(err.str(), "kro: " + input + ": no gradient format reads files ending in \".data\" (name one with --from)\n");
+    // A palette written as .svg is still the palette SVG writer's work.
+    EXPECT_EQ(run({"convert", write("two.gpl", gimpPalette), path("two.svg")}), exitFailed);
+    EXPECT_NE(err.str().find("writing the svg format is not implemented yet"), std::string::npos);
+}
+
+TEST_F(ExchangeCommandsTest, GradientConversionsSayWhyTheyFailAndLeaveNothingBehind) {
+    const auto input = write("ember.ggr", emberGradient);
+    EXPECT_EQ(run({"convert", input, path("x.grd")}), exitFailed);
+    EXPECT_EQ(err.str(), "kro: writing the adobeGRD gradient format is not possible\n");
+    EXPECT_EQ(run({"convert", input, path("x.ggr"), "--from", "css"}), exitFailed);
+    EXPECT_EQ(err.str(), "kro: reading the css gradient format is not possible\n");
+    EXPECT_EQ(run({"convert", input, path("x.svg"), "--to", "nope"}), exitUsage);
+    EXPECT_NE(err.str().find("unknown gradient format \"nope\""), std::string::npos);
+    EXPECT_EQ(run({"convert", write("broken.ggr", "GIMP Gradient\n3\n"), path("x.svg")}), exitFailed);
+    EXPECT_EQ(err.str(), "kro: " + path("broken.ggr") + ": not a gradient file that any format for \".ggr\" can read\n");
+    EXPECT_EQ(run({"convert", input, path("x.svg"), "--from", "svg"}), exitFailed);
+    EXPECT_EQ(err.str(), "kro: " + input + ": not a gradient file in the svg format\n");
+
+    const auto two = write("two.jsongradients",
+                           R"({"gradients":[{"stops":[{"position":0,"color":{"colorSpace":"Gray","colorComponents":[0]}}]},)"
+                           R"({"stops":[{"position":0,"color":{"colorSpace":"Gray","colorComponents":[1]}}]}]})");
+    write("kept.ggr", "old contents");
+    EXPECT_EQ(run({"convert", two, path("kept.ggr")}), exitFailed);
+    EXPECT_EQ(err.str(), "kro: cannot write the gradients as gimp: the format holds one gradient per file, and there are 2\n");
+    EXPECT_EQ(read("kept.ggr"), "old contents");
+    EXPECT_EQ(run({"convert", two, path("none.cpt")}), exitFailed);
+    EXPECT_FALSE(fs::exists(folder / "none.cpt"));
 }
 
 }  // namespace
