@@ -20,11 +20,8 @@ using PAL::CommonError;
 
 std::string quoted(const std::string& text) { return "\"" + text + "\""; }
 
-// "reads"/"writes" column text: the format's own answer, or "not implemented" where this build lacks the coder.
-std::string sideText(bool formatHasSide, bool coderDoesIt) {
-    if (!formatHasSide) return "no";
-    return coderDoesIt ? "yes" : "not implemented";
-}
+// "reads"/"writes" column text, from the coder's own answer.
+std::string sideText(bool coderDoesIt) { return coderDoesIt ? "yes" : "no"; }
 
 std::string extensionsText(const std::vector<std::string_view>& extensions) {
     std::string text;
@@ -32,14 +29,14 @@ std::string extensionsText(const std::vector<std::string_view>& extensions) {
     return text;
 }
 
-// The formats that take an extension and whose side is built, as a hint after a refusal.
-std::string builtFormatsHint(const std::string& extension, bool writing) {
+// The formats that take an extension and can read (or write) it, as a hint after a refusal.
+std::string capableFormatsHint(const std::string& extension, bool writing) {
     std::string names;
     for (const auto* candidate : PAL::coders(extension)) {
         if (writing ? candidate->writes() : candidate->reads())
             names += (names.empty() ? "" : ", ") + std::string(PAL::info(candidate->format()).caseName);
     }
-    return names.empty() ? "" : " (built: " + names + "; choose one with " + (writing ? "--to" : "--from") + ")";
+    return names.empty() ? "" : " (formats that can: " + names + "; choose one with " + (writing ? "--to" : "--from") + ")";
 }
 
 struct ConvertArguments {
@@ -75,9 +72,6 @@ std::string readFailure(const CommonError& error, const std::string& path, const
         return path + ": no palette format reads files ending in " + quoted("." + extension) + " (name one with --from)";
     case CommonError::Case::unsupportedPaletteType: {
         if (given) return path + ": not a palette in the " + std::string(PAL::info(given->format()).caseName) + " format";
-        bool anyBuilt = false;
-        for (const auto* candidate : PAL::codersForPath(path)) anyBuilt = anyBuilt || candidate->reads();
-        if (!anyBuilt) return path + ": reading " + quoted("." + extension) + " palettes is not implemented yet";
         return path + ": not a palette that any format for " + quoted("." + extension) + " can read";
     }
     default: return path + ": " + error.what();
@@ -201,8 +195,7 @@ int runConvert(CommandContext& context, const Command& command) {
     if (*from) {
         reader = PAL::coder(**from);
         if (!reader->reads())
-            return fail(context, "reading the " + std::string(PAL::info(**from).caseName) + " format is " +
-                                     (PAL::info(**from).reads ? "not implemented yet" : "not possible"));
+            return fail(context, "reading the " + std::string(PAL::info(**from).caseName) + " format is not possible");
     }
 
     // The writing coder: the named one, else the first in case order that takes the output's extension.
@@ -218,9 +211,8 @@ int runConvert(CommandContext& context, const Command& command) {
     }
     const auto& writerInfo = PAL::info(writer->format());
     if (!writer->writes()) {
-        return fail(context, "writing the " + std::string(writerInfo.caseName) + " format is " +
-                                 (writerInfo.writes ? "not implemented yet" : "not possible") +
-                                 (*to ? "" : builtFormatsHint(fileExtension(args->output), true)));
+        return fail(context, "writing the " + std::string(writerInfo.caseName) + " format is not possible" +
+                                 (*to ? "" : capableFormatsHint(fileExtension(args->output), true)));
     }
 
     PAL::Palette palette;
@@ -288,21 +280,21 @@ int runPaletteFormats(CommandContext& context, const Command& command) {
     const auto row = [&](std::string_view name, std::string_view display, const std::string& extensions,
                          const std::string& reads, const std::string& writes) {
         out << std::left << std::setw(20) << name << std::setw(32) << display << std::setw(24) << extensions
-            << std::setw(17) << reads << writes << "\n";
+            << std::setw(7) << reads << writes << "\n";
     };
     out << "Palette formats:\n";
     row("FORMAT", "NAME", "EXTENSIONS", "READ", "WRITE");
     for (const auto& coder : PAL::allCoders()) {
         const auto& format = PAL::info(coder->format());
-        row(format.caseName, format.displayName, extensionsText(format.extensions), sideText(format.reads, coder->reads()),
-            sideText(format.writes, coder->writes()));
+        row(format.caseName, format.displayName, extensionsText(format.extensions), sideText(coder->reads()),
+            sideText(coder->writes()));
     }
     out << "\nGradient formats:\n";
     row("FORMAT", "NAME", "EXTENSIONS", "READ", "WRITE");
     for (const auto& coder : PAL::allGradientsCoders()) {
         const auto& format = PAL::info(coder->format());
-        row(format.caseName, format.displayName, extensionsText(format.extensions), sideText(format.reads, coder->reads()),
-            sideText(format.writes, coder->writes()));
+        row(format.caseName, format.displayName, extensionsText(format.extensions), sideText(coder->reads()),
+            sideText(coder->writes()));
     }
     return exitDone;
 }

@@ -30,13 +30,6 @@ std::string readFile(const std::string& path) {
     return bytes;
 }
 
-class NotYetBuiltCoder final : public PaletteCoder {
-public:
-    using PaletteCoder::PaletteCoder;
-    bool reads() const override { return false; }
-    bool writes() const override { return false; }
-};
-
 }  // namespace
 
 std::string PaletteCoder::name() const { return std::string(info(format_).displayName); }
@@ -60,8 +53,6 @@ Palette PaletteCoder::decode(std::string_view data) const {
 Palette PaletteCoder::decodeFile(const std::string& path) const { return decode(std::string_view(readFile(path))); }
 
 std::string PaletteCoder::encode(const Palette&) const { throw CommonError(CommonError::Case::notImplemented); }
-
-std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format) { return std::make_unique<NotYetBuiltCoder>(format); }
 
 std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     switch (format) {
@@ -107,8 +98,9 @@ std::unique_ptr<PaletteCoder> coder(PaletteFormat format) {
     case PaletteFormat::autodeskColorBook: return makeAutodeskColorBookCoder();
     case PaletteFormat::sketch: return makeSketchCoder();
     case PaletteFormat::simplePalette: return makeSimplePaletteCoder();
-    default: return makeNotYetBuiltCoder(format);
     }
+    // Every format has its case above (the compiler checks); only a value outside the enumeration ends here.
+    throw CommonError(CommonError::Case::unsupportedCoderType);
 }
 
 const std::vector<std::unique_ptr<PaletteCoder>>& allCoders() {

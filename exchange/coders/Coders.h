@@ -1,6 +1,5 @@
 #pragma once
-// One factory per coder, each defined in its coder's own file. Formats without a coder of their
-// own get makeNotYetBuiltCoder's, which answers notImplemented.
+// One factory per coder, each defined in its coder's own file.
 #include <memory>
 
 #include "exchange/PaletteCoder.h"
@@ -58,8 +57,5 @@ std::unique_ptr<PaletteCoder> makeOpenOfficeCoder();
 std::unique_ptr<PaletteCoder> makeAutodeskColorBookCoder();
 std::unique_ptr<PaletteCoder> makeSketchCoder();
 std::unique_ptr<PaletteCoder> makeSimplePaletteCoder();
-
-// A coder for a format whose reading and writing are not built: both answer notImplemented.
-std::unique_ptr<PaletteCoder> makeNotYetBuiltCoder(PaletteFormat format);
 
 }  // namespace PAL
