@@ -9,12 +9,13 @@ find_package(ICU REQUIRED COMPONENTS uc i18n)
 pkg_check_modules(LCMS2 REQUIRED IMPORTED_TARGET lcms2)
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 find_package(Threads REQUIRED)
+# The secret service is optional: without libsecret, passwords go to the private file.
+pkg_check_modules(SECRET IMPORTED_TARGET libsecret-1)
 
 if(KRO_GUI AND NOT KRO_FUZZ)
   find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets Network)
   pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-xtest xcb-xfixes xcb-xinput xcb-composite xcb-shm xcb-image xcb-keysyms xcb-ewmh xcb-icccm)
   pkg_check_modules(CANBERRA REQUIRED IMPORTED_TARGET libcanberra)
-  pkg_check_modules(SECRET IMPORTED_TARGET libsecret-1)
 endif()
 
 if(KRO_TESTS)
