@@ -26,6 +26,7 @@ CloudSync& CloudSync::shared() {
 
 void CloudSync::reset() {
     provider_ = nullptr;
+    held_.reset();
     observer_ = nullptr;
     inFlight_ = 0;
     idleWaiters_.clear();
@@ -33,8 +34,13 @@ void CloudSync::reset() {
     fetchGate_.reset();
 }
 
+std::optional<CloudSession> CloudSync::session() const {
+    if (held_) return held_;
+    return provider_ ? provider_() : std::nullopt;
+}
+
 void CloudSync::updateCloudKit(const std::string& file, const std::string& function, int line, Completion completion) {
-    auto session = provider_ ? provider_() : std::nullopt;
+    auto session = this->session();
     if (!session || !canCallUpdateCloudKit()) return finishLater(completion);
     auto log = [this, file, function, line](const std::string& message, SherlogLevel level) {
         note(message, level, file, function, line);
@@ -120,7 +126,7 @@ void CloudSync::settle(const CloudRecord& record, const std::string& file, const
 }
 
 void CloudSync::fetchCloudKit(const std::string& file, const std::string& function, int line, Completion completion) {
-    auto session = provider_ ? provider_() : std::nullopt;
+    auto session = this->session();
     if (!session || !canCallFetchCloudKit()) return finishLater(completion);
     requestSent();
     session->database->fetch(session->recordName, [this, id = session->recordName, file, function, line,

@@ -34,8 +34,11 @@ public:
 
     void setSessionProvider(CloudSessionProvider provider) { provider_ = std::move(provider); }
     void setObserver(Observer observer) { observer_ = std::move(observer); }
-    // Whether an account is signed in now.
-    bool signedIn() const { return provider_ && provider_().has_value(); }
+    // The session every call uses: the held one, else the provider's of the moment; nothing when signed out.
+    std::optional<CloudSession> session() const;
+    // Makes every call use `session` until it is released with nothing, so that a request reads the account
+    // and its password once for its check, its fetch and the push the fetch may set off.
+    void holdSession(std::optional<CloudSession> session) { held_ = std::move(session); }
     // Runs `completion` on the main queue once no request is waiting for its answer (a push that a fetch
     // set off included).
     void whenIdle(Completion completion);
@@ -62,6 +65,7 @@ private:
     void wakeIdleWaiters();
 
     CloudSessionProvider provider_;
+    std::optional<CloudSession> held_;
     Observer observer_;
     int inFlight_ = 0;  // touched on the main queue only
     std::vector<Completion> idleWaiters_;

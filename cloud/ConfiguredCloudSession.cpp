@@ -5,24 +5,27 @@
 #include "library/CloudHook.h"
 #include "library/Sherlog.h"
 #include "platform/Environment.h"
-#include "platform/SecretStore.h"
 
 namespace kro {
 
 CloudSessionProvider configuredCloudSession() {
+    return configuredCloudSession([] { return makeSecretStore(env().paths); });
+}
+
+CloudSessionProvider configuredCloudSession(std::function<std::unique_ptr<SecretStore>()> makeSecrets) {
     struct State {
         std::unique_ptr<SecretStore> secrets;
         std::optional<WebDavAccount> account;
         std::shared_ptr<CloudDatabase> database;
     };
     auto state = std::make_shared<State>();
-    return [state]() -> std::optional<CloudSession> {
+    return [state, makeSecrets = std::move(makeSecrets)]() -> std::optional<CloudSession> {
         const auto account = loadCloudAccount();
         if (!account) {
             state->database.reset();
             return std::nullopt;
         }
-        if (!state->secrets) state->secrets = makeSecretStore(env().paths);
+        if (!state->secrets) state->secrets = makeSecrets();
         auto password = state->secrets->password(account->server, account->user);
         if (!password) SHERLOG("No password is stored for " + account->user + "; syncing without one", SherlogLevel::info);
         WebDavAccount webDav{account->server, account->user, password.value_or("")};

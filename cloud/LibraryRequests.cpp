@@ -43,11 +43,15 @@ Json snapshotRequest(const Json& request) {
 
 void syncRequest(const std::function<void(const Json& reply)>& reply) {
     auto& sync = CloudSync::shared();
-    if (!sync.signedIn()) return reply(refused("signed out: set an account with kro account set URL USER"));
+    // Reading the session reads the account file and asks the secret store: once for the whole request.
+    auto session = sync.session();
+    if (!session) return reply(refused("signed out: set an account with kro account set URL USER"));
+    sync.holdSession(std::move(session));
     auto lines = std::make_shared<std::vector<std::string>>();
     sync.setObserver([lines](const std::string& line) { lines->push_back(line); });
     sync.fetchCloudKit("Kro/LibraryRequests", "sync()", __LINE__, [lines, reply] {
         CloudSync::shared().whenIdle([lines, reply] {
+            CloudSync::shared().holdSession(std::nullopt);
             CloudSync::shared().setObserver(nullptr);
             if (lines->empty()) lines->push_back("No request was made: the last sync was less than a second ago");
             reply(done(*lines));

@@ -13,12 +13,13 @@ pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
 find_path(STB_INCLUDE_DIR stb/stb_image.h REQUIRED)
 find_package(JPEG REQUIRED)
 find_package(Threads REQUIRED)
+# The secret service is optional: without libsecret, passwords go to the private file.
+pkg_check_modules(SECRET IMPORTED_TARGET libsecret-1)
 
 if(KRO_GUI AND NOT KRO_FUZZ)
   find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets Network)
   pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-xtest xcb-xfixes xcb-xinput xcb-composite xcb-shm xcb-image xcb-keysyms xcb-ewmh xcb-icccm)
   pkg_check_modules(CANBERRA REQUIRED IMPORTED_TARGET libcanberra)
-  pkg_check_modules(SECRET IMPORTED_TARGET libsecret-1)
 endif()
 
 if(KRO_TESTS)

@@ -31,7 +31,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         decodes = false;
     }
     // No undo, save, notification or push: only the comparison and the merge.
-    const bool changed = kro::update(user, record, false, false, false, false, "fuzz", "fuzz", 1);
+    const auto result = kro::update(user, record, false, false, false, false, "fuzz", "fuzz", 1);
+    const bool changed = result == kro::SettleResult::merged;
     if (!decodes && (changed || kro::compactText(user.toJson()) != before)) std::abort();
 
     // Whatever was merged is written back as a record that decodes.

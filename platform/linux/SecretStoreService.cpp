@@ -62,8 +62,10 @@ std::unique_ptr<SecretStore> makeSecretServiceStore() {
     // Without a session bus there is no service to ask, and libsecret would try to start one.
     const char* bus = std::getenv("DBUS_SESSION_BUS_ADDRESS");
     if (!bus || !*bus) return nullptr;
+    // Opening a session is a call the service must answer (the bus starts it first where it can): a bus with
+    // no secret service on it must fall back to the file, not fail every password.
     GError* error = nullptr;
-    SecretService* service = secret_service_get_sync(SECRET_SERVICE_NONE, nullptr, &error);
+    SecretService* service = secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, nullptr, &error);
     if (error) g_error_free(error);
     if (!service) return nullptr;
     g_object_unref(service);

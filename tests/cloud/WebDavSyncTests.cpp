@@ -58,6 +58,23 @@ private:
     std::deque<Task> tasks_;
 };
 
+// One password for every account, and a count of the times it was asked for.
+class CountingSecretStore final : public SecretStore {
+public:
+    CountingSecretStore(std::string password, int& reads) : password_(std::move(password)), reads_(reads) {}
+    std::optional<std::string> password(const std::string&, const std::string&) override {
+        ++reads_;
+        return password_;
+    }
+    bool setPassword(const std::string&, const std::string&, const std::string&) override { return false; }
+    bool removePassword(const std::string&, const std::string&) override { return false; }
+    std::string description() const override { return "the test's counting store"; }
+
+private:
+    std::string password_;
+    int& reads_;
+};
+
 // One machine: its own library folder and defaults.
 struct Machine {
     testing::MemoryFiles files;
@@ -293,6 +310,31 @@ TEST_F(WebDavSyncTest, SyncRequestAnswersWithWhatHappened) {
     EXPECT_NE(lines.find("The library is newer than the account's record\n"), std::string::npos) << lines;
     EXPECT_NE(lines.find("CloudKit record updated successfully.\n"), std::string::npos) << lines;
     EXPECT_EQ(serverPaletteCount(), 1u);
+}
+
+// The account and its password are read once for the whole request: its check, its fetch, and the push the
+// fetch sets off.
+TEST_F(WebDavSyncTest, SyncRequestAsksForThePasswordOnce) {
+    become(a);
+    sync(false);  // the record the request will find older than the library
+    letTheServerTagSettle();
+    User::shared()->palettes.push_back(Palette::make({Color::make(0.2, 0.4, 0.6, 1)}, "Not pushed yet"));
+    User::shared()->trigger(true, true, true, false);
+
+    int reads = 0;
+    CloudSync::shared().setSessionProvider(
+        configuredCloudSession([&reads] { return std::make_unique<CountingSecretStore>(kPassword, reads); }));
+    ASSERT_TRUE(saveCloudAccount({server->collectionURL(), kUser}));
+    std::optional<Json> reply;
+    handleLibraryRequest(Json{{"sync", true}}, [&reply](const Json& answer) { reply = answer; });
+    ASSERT_TRUE(queue.runUntil([&] { return reply.has_value(); }));
+
+    EXPECT_NE(reply->dump().find("CloudKit record updated successfully."), std::string::npos) << reply->dump();
+    EXPECT_EQ(reads, 1);
+    // Once the request has answered, the next call reads the account again, so a new password takes effect.
+    clock.advance(2s);
+    sync(true);
+    EXPECT_EQ(reads, 2);
 }
 
 TEST_F(WebDavSyncTest, BadRecordsAndBadServersLeaveTheLibraryAsItIs) {

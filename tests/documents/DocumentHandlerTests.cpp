@@ -5,6 +5,8 @@
 #include "formats/color/ColorName.h"
 #include "library/Notifications.h"
 #include "library/SealedDocument.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/RealPalettes.h"
 
 namespace kro {
 namespace {
@@ -138,6 +140,38 @@ TEST_F(DocumentHandlerTest, ExchangePaletteKeepsGroupsAndNamesUnnamedColors) {
     EXPECT_EQ(palette->colors[1]->name, ColorName::name(0, 0, 1));
     EXPECT_EQ(palette->colors[1]->hex, "0000FF");
     EXPECT_EQ(palette->colors[2]->alpha, 0.25f);
+}
+
+TEST_F(DocumentHandlerTest, ColourListIsNamedAfterItsFileAndADamagedOneIsSkipped) {
+    const auto list = PAL::coder(PAL::PaletteFormat::clr)
+                          ->encode(PAL::Palette("Brand", {PAL::Color::rgb(1, 0, 0, 1, "Signal"), PAL::Color::rgb(0, 0.5, 1, 0.5, "Sky")}));
+    const auto damaged = put("damaged.clr", list.substr(0, list.size() / 2));
+    const auto renamed = put("Autumn Set.CLR", list);
+
+    testing::LogCapture log;
+    const auto summary = DocumentHandler::openFiles({damaged, renamed});
+    EXPECT_NE(log.text().find("Import skipped " + damaged + ": no palette format reads it"), std::string::npos);
+
+    EXPECT_EQ(summary.palettes, 1);
+    ASSERT_EQ(summary.failed.size(), 1u);
+    EXPECT_EQ(summary.failed[0].path, damaged);
+    EXPECT_EQ(user().palettes.back()->name, "Autumn Set");  // the file's name, not the exported palette's
+    EXPECT_EQ(user().palettes.back()->colors.size(), 2u);
+}
+
+TEST_F(DocumentHandlerTest, RealColourListGivesOneNamedColourAKey) {
+    // Fetched from the npm registry, which the fixture may not have reached; it says so when it did not.
+    if (!std::filesystem::exists(realPalettes() / "clr" / ".done")) GTEST_SKIP() << "no colour lists were fetched from npm";
+    const auto path = put("Polaris.clr", realFile("clr/Polaris.clr"));
+
+    ASSERT_EQ(DocumentHandler::openFiles({path}).palettes, 1);
+    const auto& palette = user().palettes.back();
+    EXPECT_EQ(palette->name, "Polaris");
+    ASSERT_EQ(palette->colors.size(), 58u);
+    EXPECT_EQ(palette->colors.front()->name, "purple-text");
+    EXPECT_EQ(palette->colors.front()->hex, "50495A");
+    EXPECT_EQ(palette->colors.back()->name, "white");
+    EXPECT_EQ(palette->colors.back()->hex, "FFFFFF");
 }
 
 TEST(ImportSummary, MessageListsEachKind) {

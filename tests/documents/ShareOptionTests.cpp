@@ -28,8 +28,16 @@ protected:
     const std::string folder = "/home/test/cache/kroapp.Kro/export/palettes";
 };
 
-TEST_F(ShareOptionTest, AnExtensionNamesItsOptionWhateverItsCase) {
+TEST_F(ShareOptionTest, ThePaletteMenuOffersEveryFormInOrder) {
+    std::vector<std::string> labels;
+    for (const auto option : allShareOptionPalettes()) {
+        EXPECT_TRUE(isAvailable(option)) << label(option);
+        labels.push_back(label(option));
+    }
+    EXPECT_EQ(labels, (std::vector<std::string>{"Kro Palette", "Adobe Swatch Exchange (ASE)", "Apple Color List (CLR)",
+                                                "JavaScript Object Notation (JSON)", "Portable Document Format (PDF)"}));
     EXPECT_EQ(shareOptionForExtension("PDF"), ShareOptionPalette::pdf);
+    EXPECT_EQ(shareOptionForExtension("clr"), ShareOptionPalette::clr);
     EXPECT_FALSE(shareOptionForExtension("gpl"));
 }
 
@@ -57,6 +65,22 @@ TEST_F(ShareOptionTest, ASEKeepsColorsAndGroupsThroughImport) {
     EXPECT_EQ(back->colors[0]->name, "Signal");
     EXPECT_EQ(back->colors[1]->group, "Cool");
     EXPECT_EQ(back->colors[1]->name, "Sky");
+}
+
+TEST_F(ShareOptionTest, ColourListIsTheKeyedArchiveAndKeepsColoursAndNamesThroughImport) {
+    const auto written = share.exportPalettes({palette("Brand")}, ShareOptionPalette::clr);
+    ASSERT_TRUE(written);
+    EXPECT_EQ(*written, std::vector<std::string>{folder + "/Brand.clr"});
+    EXPECT_EQ(environment.files.read(written->front())->rfind("bplist00", 0), 0u);  // the form current macOS loads
+    ASSERT_EQ(DocumentHandler::openFiles(*written).palettes, 1);
+    const auto& back = user().palettes.back();
+    EXPECT_EQ(back->name, "Brand");
+    ASSERT_EQ(back->colors.size(), 2u);
+    EXPECT_EQ(back->colors[0]->name, "Signal");
+    EXPECT_EQ(back->colors[1]->name, "Sky");
+    EXPECT_EQ(back->colors[1]->hex, "007FFF");
+    EXPECT_EQ(back->colors[1]->alpha, 0.5f);
+    EXPECT_EQ(back->colors[1]->group, "");  // a colour list has no groups
 }
 
 TEST_F(ShareOptionTest, FormatsAndSnapshotsBecomeSealedDocuments) {
