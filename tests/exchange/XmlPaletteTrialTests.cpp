@@ -27,12 +27,3 @@ TEST(XmlPaletteTrialTest, EachKindOfXMLPaletteIsReadByItsOwnCoder) {
     }
     expectCommonError(CommonError::Case::unsupportedPaletteType, [] { PAL::decode(std::string_view("<svg/>"), "XML"); });
 }
-
-// What each writes is read back by itself, not by a coder tried before it.
-TEST(XmlPaletteTrialTest, WhatEachXMLCoderWritesComesBackThroughTheTrial) {
-    const Palette palette("Harbour", {Color::rgb255(26, 101, 151, 255, "sea")});
-    for (const PaletteFormat format : {PaletteFormat::androidXML, PaletteFormat::basicXML, PaletteFormat::corelDraw, PaletteFormat::scribusXML}) {
-        SCOPED_TRACE(std::string(info(format).caseName));
-        EXPECT_EQ(PAL::decode(coder(format)->encode(palette), "xml").format, format);
-    }
-}
