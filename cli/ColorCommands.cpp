@@ -146,7 +146,7 @@ int runScan(CommandContext& context, const Command& command) {
         text.assign(std::istreambuf_iterator<char>(context.in), std::istreambuf_iterator<char>());
     } else {
         auto bytes = PosixFiles().read(*path);
-        if (!bytes) return fail(context, *path + ": cannot read the file");
+        if (!bytes) return fail(context, "cannot read " + *path + ": the file cannot be opened");
         text = std::move(*bytes);
     }
     for (const auto& color : ImportColor::colors(text, patterns)) {

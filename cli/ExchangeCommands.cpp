@@ -67,14 +67,14 @@ std::optional<ConvertArguments> parseConvertArguments(const std::vector<std::str
 std::string readFailure(const CommonError& error, const std::string& path, const PAL::PaletteCoder* given) {
     const std::string extension = fileExtension(path);
     switch (error.errorCase()) {
-    case CommonError::Case::unableToLoadFile: return path + ": cannot read the file";
+    case CommonError::Case::unableToLoadFile: return "cannot read " + path + ": the file cannot be opened";
     case CommonError::Case::unsupportedCoderType:
-        return path + ": no palette format reads files ending in " + quoted("." + extension) + " (name one with --from)";
+        return "cannot read " + path + ": no palette format reads files ending in " + quoted("." + extension) + " (name one with --from)";
     case CommonError::Case::unsupportedPaletteType: {
-        if (given) return path + ": not a palette in the " + std::string(PAL::info(given->format()).caseName) + " format";
-        return path + ": not a palette that any format for " + quoted("." + extension) + " can read";
+        if (given) return "cannot read " + path + ": not a palette in the " + std::string(PAL::info(given->format()).caseName) + " format";
+        return "cannot read " + path + ": not a palette that any format for " + quoted("." + extension) + " can read";
     }
-    default: return path + ": " + error.what();
+    default: return "cannot read " + path + ": " + error.what();
     }
 }
 
@@ -116,13 +116,13 @@ Kind conversionKind(const ConvertArguments& args) {
 
 std::string gradientReadFailure(const CommonError& error, const std::string& path, const PAL::GradientsCoder* given) {
     switch (error.errorCase()) {
-    case CommonError::Case::unableToLoadFile: return path + ": cannot read the file";
+    case CommonError::Case::unableToLoadFile: return "cannot read " + path + ": the file cannot be opened";
     case CommonError::Case::unsupportedCoderType:
-        return path + ": no gradient format reads files ending in " + quoted("." + fileExtension(path)) + " (name one with --from)";
+        return "cannot read " + path + ": no gradient format reads files ending in " + quoted("." + fileExtension(path)) + " (name one with --from)";
     case CommonError::Case::unsupportedPaletteType:
-        if (given) return path + ": not a gradient file in the " + std::string(PAL::info(given->format()).caseName) + " format";
-        return path + ": not a gradient file that any format for " + quoted("." + fileExtension(path)) + " can read";
-    default: return path + ": " + error.what();
+        if (given) return "cannot read " + path + ": not a gradient file in the " + std::string(PAL::info(given->format()).caseName) + " format";
+        return "cannot read " + path + ": not a gradient file that any format for " + quoted("." + fileExtension(path)) + " can read";
+    default: return "cannot read " + path + ": " + error.what();
     }
 }
 

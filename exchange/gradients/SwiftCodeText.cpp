@@ -66,7 +66,8 @@ std::string number(double value) {
 }
 
 std::string docComment(std::string_view name, std::string_view indent) {
-    const auto line = textfile::trimmed(textfile::singleLine(name));
+    const std::string flat = textfile::singleLine(name);
+    const std::string_view line = textfile::trimmed(flat);
     return line.empty() ? std::string() : std::string(indent) + "/// " + std::string(line) + "\n";
 }
 

@@ -65,7 +65,7 @@ TEST(ColorCommandsTest, ScanListsColoursWithAlpha) {
     std::remove(path);
     const auto missing = run("scan", {path});
     EXPECT_EQ(missing.status, exitFailed);
-    EXPECT_EQ(missing.err, "kro: " + std::string(path) + ": cannot read the file\n");
+    EXPECT_EQ(missing.err, "kro: cannot read " + std::string(path) + ": the file cannot be opened\n");
 }
 
 TEST(ColorCommandsTest, WrongCommandLinesAndBadColours) {

@@ -55,7 +55,7 @@ TEST_F(ExchangeCommandsTest, NamedFormatsOverrideTheExtensions) {
     EXPECT_EQ(read("out.data").front(), '{');
     // A wrong named reader refuses the file.
     EXPECT_EQ(run({"convert", input, path("x.gpl"), "--from", "json"}), exitFailed);
-    EXPECT_EQ(err.str(), "kro: " + input + ": not a palette in the json format\n");
+    EXPECT_EQ(err.str(), "kro: cannot read " + input + ": not a palette in the json format\n");
 }
 
 TEST_F(ExchangeCommandsTest, AFailedConvertLeavesNoOutputAndKeepsAnOldOne) {
@@ -77,7 +77,7 @@ TEST_F(ExchangeCommandsTest, AFailedConvertLeavesNoOutputAndKeepsAnOldOne) {
 TEST_F(ExchangeCommandsTest, ConvertFailuresSayWhat) {
     const auto input = write("two.gpl", gimpPalette);
     EXPECT_EQ(run({"convert", path("missing.gpl"), path("x.jsoncolorpalette")}), exitFailed);
-    EXPECT_EQ(err.str(), "kro: " + path("missing.gpl") + ": cannot read the file\n");
+    EXPECT_EQ(err.str(), "kro: cannot read " + path("missing.gpl") + ": the file cannot be opened\n");
 
     EXPECT_EQ(run({"convert", write("notes.doc", "x"), path("x.gpl")}), exitFailed);
     EXPECT_NE(err.str().find("no palette format reads files ending in \".doc\""), std::string::npos);
@@ -179,7 +179,7 @@ TEST_F(ExchangeCommandsTest, ANamedFormatOfOneKindDecidesAndPalettesStayAsTheyWe
     ASSERT_EQ(run({"convert", input, path("out.data"), "--from", "gimp", "--to", "gnuplot"}), exitDone) << err.str();
     EXPECT_EQ(read("out.data").rfind("# Ember\n0.000000 0.200000 0.000000 0.000000\n", 0), 0u);
     EXPECT_EQ(run({"convert", input, path("out.data"), "--to", "gnuplot"}), exitFailed);
-    EXPECT_EQ(err.str(), "kro: " + input + ": no gradient format reads files ending in \".data\" (name one with --from)\n");
+    EXPECT_EQ(err.str(), "kro: cannot read " + input + ": no gradient format reads files ending in \".data\" (name one with --from)\n");
     // A palette written as .svg is still the palette SVG writer's work: swatches, no gradient.
     ASSERT_EQ(run({"convert", write("two.gpl", gimpPalette), path("two.svg")}), exitDone) << err.str();
     EXPECT_NE(read("two.svg").find("<rect"), std::string::npos);
@@ -195,9 +195,9 @@ TEST_F(ExchangeCommandsTest, GradientConversionsSayWhyTheyFailAndLeaveNothingBeh
     EXPECT_EQ(run({"convert", input, path("x.svg"), "--to", "nope"}), exitUsage);
     EXPECT_NE(err.str().find("unknown gradient format \"nope\""), std::string::npos);
     EXPECT_EQ(run({"convert", write("broken.ggr", "GIMP Gradient\n3\n"), path("x.svg")}), exitFailed);
-    EXPECT_EQ(err.str(), "kro: " + path("broken.ggr") + ": not a gradient file that any format for \".ggr\" can read\n");
+    EXPECT_EQ(err.str(), "kro: cannot read " + path("broken.ggr") + ": not a gradient file that any format for \".ggr\" can read\n");
     EXPECT_EQ(run({"convert", input, path("x.svg"), "--from", "svg"}), exitFailed);
-    EXPECT_EQ(err.str(), "kro: " + input + ": not a gradient file in the svg format\n");
+    EXPECT_EQ(err.str(), "kro: cannot read " + input + ": not a gradient file in the svg format\n");
 
     const auto two = write("two.jsongradients",
                            R"({"gradients":[{"stops":[{"position":0,"color":{"colorSpace":"Gray","colorComponents":[0]}}]},)"
