@@ -55,7 +55,8 @@ std::optional<PAL::CommonError::Case> commonError(Action&& action) {
 
 // Each file is refused with its own case; a wrong case names the file's bytes.
 inline void expectRefused(const PAL::PaletteCoder& coder, const std::vector<std::pair<std::string, PAL::CommonError::Case>>& files) {
-    for (const auto& [bytes, expected] : files) EXPECT_EQ(commonError([&] { coder.decode(std::string_view(bytes)); }), expected) << hexOf(bytes);
+    for (const auto& [bytes, expected] : files)
+        EXPECT_EQ(commonError([&] { coder.decode(std::string_view(bytes)); }), expected) << hexOf(bytes);
 }
 
 template <typename Action>

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <map>
 
 #include "BinaryCoderTestSupport.h"
