@@ -6,12 +6,6 @@
 using namespace PAL;
 using Case = CommonError::Case;
 
-namespace {
-
-Palette decodeAndroid(std::string_view text) { return AndroidXMLCoder().decode(text); }
-
-}  // namespace
-
 TEST(AndroidXMLCoderTest, WritesResourceNamesAndroidAccepts) {
     const Palette palette("Ignored", {Color::rgb255(26, 101, 151, 255, "Deep Water"), Color::rgb255(242, 220, 160, 128, "sand"),
                                       Color::rgb255(0, 0, 0), Color::rgb255(1, 2, 3, 255, "9 lives"),
@@ -37,14 +31,13 @@ TEST(AndroidXMLCoderTest, WritesResourceNamesAndroidAccepts) {
 TEST(AndroidXMLCoderTest, ReadsWhatItWrites) {
     const Palette palette("", {Color::rgb255(26, 101, 151, 255, "harbour_sea"), Color::rgb255(221, 228, 232, 128, "harbour_fog")},
                           {Group("g", {Color::rgb255(255, 0, 0, 0, "clear_red")})});
-    const Palette back = decodeAndroid(AndroidXMLCoder().encode(palette));
-    EXPECT_EQ(back.format, PaletteFormat::androidXML);
+    const Palette back = AndroidXMLCoder().decode(AndroidXMLCoder().encode(palette));
     EXPECT_EQ(back.colors, palette.allColors());
     EXPECT_TRUE(back.groups.empty());
 }
 
 TEST(AndroidXMLCoderTest, ReadsTheFourHexFormsAndReferencesWithinTheFile) {
-    const Palette palette = decodeAndroid(
+    const Palette palette = AndroidXMLCoder().decode(
         "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
         "<resources xmlns:tools=\"http://schemas.android.com/tools\">\n"
         "    <!-- brand -->\n"
@@ -60,13 +53,11 @@ TEST(AndroidXMLCoderTest, ReadsTheFourHexFormsAndReferencesWithinTheFile) {
         "    <color name=\"loop_a\">@color/loop_b</color>\n"
         "    <color name=\"loop_b\">@color/loop_a</color>\n"
         "</resources>\n");
-    ASSERT_EQ(palette.colors.size(), 6u);
-    EXPECT_EQ(palette.colors[0], Color::rgb255(26, 101, 151, 255, "accent"));
-    EXPECT_EQ(palette.colors[1], Color::rgb255(26, 101, 151, 255, "harbour_sea"));
-    EXPECT_EQ(palette.colors[2], Color::rgb255(221, 228, 232, 128, "harbour_fog"));  // alpha first
-    EXPECT_EQ(palette.colors[3], Color::rgb255(0x11, 0x22, 0x33, 255, "harbour_ink"));
-    EXPECT_EQ(palette.colors[4], Color::rgb255(0, 0, 0, 0x88, "scrim"));
-    EXPECT_EQ(palette.colors[5], Color::rgb255(255, 136, 0, 255, "long_form"));
+    // Alpha comes first in #AARRGGBB and #ARGB.
+    EXPECT_EQ(palette.colors,
+              (std::vector<Color>{Color::rgb255(26, 101, 151, 255, "accent"), Color::rgb255(26, 101, 151, 255, "harbour_sea"),
+                                  Color::rgb255(221, 228, 232, 128, "harbour_fog"), Color::rgb255(0x11, 0x22, 0x33, 255, "harbour_ink"),
+                                  Color::rgb255(0, 0, 0, 0x88, "scrim"), Color::rgb255(255, 136, 0, 255, "long_form")}));
     EXPECT_TRUE(palette.name.empty());
 }
 
@@ -76,10 +67,10 @@ TEST(AndroidXMLCoderTest, RefusesWhatIsNotAColourResourceFile) {
                              "<resources><string name=\"a\">b</string></resources>",           // no colour at all
                              "<palette><color name=\"a\">#FF0000</color></palette>",
                              "<resources><color name=\"a\">@android:color/white</color></resources>"})
-        expectCommonError(Case::invalidFormat, [text] { decodeAndroid(text); });
+        expectCommonError(Case::invalidFormat, [text] { AndroidXMLCoder().decode(text); });
     // A value that starts like a colour but is not one fails, as it fails Android's build.
     for (const char* value : {"#12345", "#1234567", "#GG0000", "#", "# FF0000"})
         expectCommonError(Case::invalidARGBHexString, [value] {
-            decodeAndroid(std::string("<resources><color name=\"a\">") + value + "</color></resources>");
+            AndroidXMLCoder().decode(std::string("<resources><color name=\"a\">") + value + "</color></resources>");
         });
 }

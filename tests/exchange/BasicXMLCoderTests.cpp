@@ -7,13 +7,7 @@
 using namespace PAL;
 using Case = CommonError::Case;
 
-namespace {
-
 const auto basicCoder = coder(PaletteFormat::basicXML);
-
-Palette decodeBasic(std::string_view text) { return basicCoder->decode(text); }
-
-}  // namespace
 
 // The example of docs/formats/basic-xml.md.
 TEST(BasicXMLCoderTest, WritesTheDocumentedLayout) {
@@ -36,23 +30,11 @@ TEST(BasicXMLCoderTest, ReadsBackExactlyWhatItWrites) {
     const Palette palette("Round <trip>", {Color::rgb255(26, 101, 151, 255, "Sea"), Color::gray(1.0 / 3, 0.25, "Third")},
                           {Group("", {Color::cmyk(0.05, 0.1, 0.35, 0, 1, "Sand", ColorType::normal)}),
                            Group("Lab", {Color::lab(64.37, -42.49, 63.91, 1, "Ünïcode ✓", ColorType::spot)})});
-    const Palette back = decodeBasic(basicCoder->encode(palette));
-    EXPECT_EQ(back.name, palette.name);
-    EXPECT_EQ(back.format, PaletteFormat::basicXML);
-    ASSERT_EQ(back.colors.size(), 2u);
-    for (std::size_t i = 0; i < 2; ++i) {
-        EXPECT_EQ(back.colors[i].colorComponents, palette.colors[i].colorComponents);  // exact, not within a tolerance
-        EXPECT_EQ(back.colors[i].alpha, palette.colors[i].alpha);
-    }
-    ASSERT_EQ(back.groups.size(), 2u);
-    for (std::size_t g = 0; g < 2; ++g) {
-        EXPECT_EQ(back.groups[g].name, palette.groups[g].name);
-        EXPECT_EQ(back.groups[g].colors, palette.groups[g].colors);
-    }
+    expectExactPalette(basicCoder->decode(basicCoder->encode(palette)), palette);
 }
 
 TEST(BasicXMLCoderTest, ReadsShortHandWrittenFiles) {
-    const Palette palette = decodeBasic(
+    const Palette palette = basicCoder->decode(
         "<basicPalette>\n"
         "  <group><color hex=\"#1A6597\"/></group>\n"
         "  <color components=\"1, 0.5, 0\"/>\n"
@@ -80,7 +62,7 @@ TEST(BasicXMLCoderTest, RefusesBrokenColoursAndOtherDocuments) {
                              "<basicPalette><color components=\"1 0 0\" type=\"special\"/></basicPalette>",
                              "<basicPalette><color components=\"1 0 0\" alpha=\"half\"/></basicPalette>",
                              "<basicPalette><color hex=\"#12\"/></basicPalette>"})
-        EXPECT_TRUE(binarytest::commonError([text] { decodeBasic(text); }).has_value()) << text;
+        EXPECT_TRUE(binarytest::commonError([text] { basicCoder->decode(text); }).has_value()) << text;
     expectCommonError(Case::invalidColorComponentCountForModelType,
-                      [] { decodeBasic("<basicPalette><color space=\"CMYK\" components=\"1 0 0\"/></basicPalette>"); });
+                      [] { basicCoder->decode("<basicPalette><color space=\"CMYK\" components=\"1 0 0\"/></basicPalette>"); });
 }

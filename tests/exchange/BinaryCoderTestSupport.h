@@ -3,6 +3,7 @@
 // and the lines the layer logs while a test runs.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +22,13 @@ inline std::string hexBytes(std::string_view hex) {
         if (std::isxdigit(static_cast<unsigned char>(c))) digits += c;
     for (size_t i = 0; i + 1 < digits.size(); i += 2) bytes += static_cast<char>(std::stoi(digits.substr(i, 2), nullptr, 16));
     return bytes;
+}
+
+// Integers as files store them, for files built field by field.
+inline std::string le16(uint16_t value) { return {static_cast<char>(value), static_cast<char>(value >> 8)}; }
+inline std::string le32(uint32_t value) { return le16(static_cast<uint16_t>(value)) + le16(static_cast<uint16_t>(value >> 16)); }
+inline std::string be32(uint32_t value) {
+    return {static_cast<char>(value >> 24), static_cast<char>(value >> 16), static_cast<char>(value >> 8), static_cast<char>(value)};
 }
 
 inline std::string hexOf(std::string_view bytes) {
@@ -43,6 +51,12 @@ std::optional<PAL::CommonError::Case> commonError(Action&& action) {
         return error.errorCase();
     }
     return std::nullopt;
+}
+
+// Each file is refused with its own case; a wrong case names the file's bytes.
+inline void expectRefused(const PAL::PaletteCoder& coder, const std::vector<std::pair<std::string, PAL::CommonError::Case>>& files) {
+    for (const auto& [bytes, expected] : files)
+        EXPECT_EQ(commonError([&] { coder.decode(std::string_view(bytes)); }), expected) << hexOf(bytes);
 }
 
 template <typename Action>

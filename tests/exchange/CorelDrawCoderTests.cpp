@@ -2,19 +2,15 @@
 
 #include <regex>
 
-#include "BinaryCoderTestSupport.h"
 #include "ExchangeTestSupport.h"
 #include "exchange/PaletteCoder.h"
 
 using namespace PAL;
-using binarytest::expectComponents;
 using Case = CommonError::Case;
-
-namespace {
 
 const auto corelCoder = coder(PaletteFormat::corelDraw);
 
-Palette decodeCorel(std::string_view text) { return corelCoder->decode(text); }
+namespace {
 
 void expectSameColors(const std::vector<Color>& actual, const std::vector<Color>& expected, int precision) {
     ASSERT_EQ(actual.size(), expected.size());
@@ -64,9 +60,8 @@ TEST(CorelDrawCoderTest, ReadsWhatItWritesWithGroupsAndEveryModel) {
                                           Color::lab(64.37, 42.49, 63.91, 1, "Lab ink", ColorType::spot),
                                           Color::rgb(0.2, 0.4, 0.6, 1, "Orange", ColorType::spot)}),
                            Group("", {Color::gray(0.25, 1, "Dark"), Color::lab(52, -20.9, 37.75, 1, "Moss"), Color::rgb(0, 0, 0)})});
-    const Palette back = decodeCorel(corelCoder->encode(palette));
+    const Palette back = corelCoder->decode(corelCoder->encode(palette));
     EXPECT_EQ(back.name, "Round trip");
-    EXPECT_EQ(back.format, PaletteFormat::corelDraw);
     expectSameColors(back.colors, palette.colors, 5);
     ASSERT_EQ(back.groups.size(), 2u);
     EXPECT_EQ(back.groups[0].name, "Inks");
@@ -78,11 +73,11 @@ TEST(CorelDrawCoderTest, ReadsWhatItWritesWithGroupsAndEveryModel) {
     expectSameColors(back.groups[1].colors, palette.groups[1].colors, 3);
 
     // Without global colours, every page is a named group; an empty palette stays empty.
-    const Palette groupsOnly = decodeCorel(corelCoder->encode(Palette("", {}, {Group("Only", {Color::rgb(1, 0, 0)})})));
+    const Palette groupsOnly = corelCoder->decode(corelCoder->encode(Palette("", {}, {Group("Only", {Color::rgb(1, 0, 0)})})));
     EXPECT_TRUE(groupsOnly.colors.empty());
     ASSERT_EQ(groupsOnly.groups.size(), 1u);
     EXPECT_EQ(groupsOnly.groups[0].name, "Only");
-    const Palette empty = decodeCorel(corelCoder->encode(Palette()));
+    const Palette empty = corelCoder->decode(corelCoder->encode(Palette()));
     EXPECT_EQ(empty.totalColorCount(), 0u);
     EXPECT_TRUE(empty.groups.empty());
 }
@@ -90,7 +85,7 @@ TEST(CorelDrawCoderTest, ReadsWhatItWritesWithGroupsAndEveryModel) {
 // A library palette as CorelDRAW installs them: localised names, inks defined in Lab first,
 // unnamed pages, tints of an ink, and entries other generators got wrong.
 TEST(CorelDrawCoderTest, ReadsLibraryPalettes) {
-    const Palette palette = decodeCorel(
+    const Palette palette = corelCoder->decode(
         "<?xml version=\"1.0\"?>\n"
         "<palette guid=\"3f2a7c1e-58b4-4d0e-9a61-2c7d9e0b4f12\" resid=\"title\" locked=\"true\">\n"
         "<colorspaces>\n"
@@ -130,7 +125,7 @@ TEST(CorelDrawCoderTest, ReadsLibraryPalettes) {
 }
 
 TEST(CorelDrawCoderTest, PalettesThatOnlyDefineInksAreTheirInks) {
-    const Palette palette = decodeCorel(
+    const Palette palette = corelCoder->decode(
         "<palette prefix=\"TRUMATCH \"><colorspaces>"
         "<cs name=\"Thread 1\"><color cs=\"CMYK\" tints=\"0,1,0,0\"/><color cs=\"RGB\" tints=\"1,0,1\"/></cs>"
         "<cs name=\"Thread 2\" process=\"x\"><color cs=\"Gray\" tints=\"0.5\"/></cs>"
@@ -146,5 +141,5 @@ TEST(CorelDrawCoderTest, RefusesWhatIsNotACorelPalette) {
     for (const char* text : {"", "<palette>", "<resources><color name=\"a\">#FF0000</color></resources>",
                              "<SCRIBUSCOLORS><COLOR NAME=\"a\" RGB=\"#ff0000\"/></SCRIBUSCOLORS>", "<basicPalette/>",
                              "<colorBook><bookName>x</bookName></colorBook>"})
-        expectCommonError(Case::invalidFormat, [text] { decodeCorel(text); });
+        expectCommonError(Case::invalidFormat, [text] { corelCoder->decode(text); });
 }

@@ -8,42 +8,38 @@ using namespace PAL;
 using Case = CommonError::Case;
 using namespace std::string_literals;
 
-namespace {
+const auto v3Coder = coder(PaletteFormat::corelDrawV3);
 
-Palette decodeCorelDraw(std::string_view text) { return coder(PaletteFormat::corelDrawV3)->decode(text); }
+namespace {
 
 Color percentages(int c, int m, int y, int k, std::string name) { return Color::cmyk(c / 100.0, m / 100.0, y / 100.0, k / 100.0, 1, std::move(name)); }
 
 }  // namespace
 
-TEST(CorelDrawV3CoderTest, WritesTheColumnsOfCorelDrawsOwnPalettes) {
+TEST(CorelDrawV3CoderTest, WritesTheColumnsOfCorelDrawsOwnPalettesAndReadsThemBack) {
     // The quoted name fills 29 columns, each percentage 4; names lose their quotes and are held to 29
     // characters; groups flatten.
     Palette palette("Harbour", {percentages(60, 28, 0, 77, "Deep Water"), percentages(54, 19, 0, 46, "Tide")},
-                    {Group("Warm", {percentages(0, 16, 55, 9, "Lamplight"), percentages(100, 100, 100, 100, "A \"very\" long name, longer than 29")})});
-    EXPECT_EQ(coder(PaletteFormat::corelDrawV3)->encode(palette),
+                    {Group("Warm", {percentages(0, 16, 55, 9, "Lamplight"),
+                                    percentages(100, 100, 100, 100, "A \"very\" long name, longer than 29")})});
+    const std::string text = v3Coder->encode(palette);
+    EXPECT_EQ(text,
               "\"Deep Water\"                   60  28   0  77\r\n"
               "\"Tide\"                         54  19   0  46\r\n"
               "\"Lamplight\"                     0  16  55   9\r\n"
               "\"A very long name, longer than\" 100 100 100 100\r\n");
-}
-
-TEST(CorelDrawV3CoderTest, ReadsWhatItWrites) {
-    const auto coderUnderTest = coder(PaletteFormat::corelDrawV3);
-    const std::vector<Color> colors = {percentages(0, 0, 0, 100, "Black"), percentages(12, 34, 56, 7, "Café € ™"),
-                                       percentages(0, 0, 0, 0, "")};
-    const Palette back = decodeCorelDraw(coderUnderTest->encode(Palette("", colors)));
-    EXPECT_EQ(back.format, PaletteFormat::corelDrawV3);
-    EXPECT_EQ(back.colors, colors);
+    auto expected = palette.allColors();
+    expected[3].name = "A very long name, longer than";
+    EXPECT_EQ(v3Coder->decode(text).colors, expected);
 }
 
 TEST(CorelDrawV3CoderTest, WritesWindows1252AndConvertsOtherSpacesToCMYK) {
     binarytest::LogCapture log;
-    const std::string text = coder(PaletteFormat::corelDrawV3)->encode(Palette("", {Color::rgb255(255, 0, 0, 255, "Rouge ✓ €"), Color::gray(1)}));
+    const std::string text = v3Coder->encode(Palette("", {Color::rgb255(255, 0, 0, 255, "Rouge ✓ €"), Color::gray(1)}));
     EXPECT_TRUE(text.starts_with("\"Rouge ? \x80\"")) << text;
     EXPECT_TRUE(log.contains("PAL.Coder.CorelDrawV3: Colors that were not CMYK were converted to CMYK; the values are approximations"));
     // The layer's own conversion: what was red reads back close to red, white as white.
-    const auto back = decodeCorelDraw(text).colors;
+    const auto back = v3Coder->decode(text).colors;
     ASSERT_EQ(back.size(), 2u);
     EXPECT_EQ(back[0].name, "Rouge ? €");
     EXPECT_GT(back[0].rgb().rf, 0.85);
@@ -54,7 +50,7 @@ TEST(CorelDrawV3CoderTest, WritesWindows1252AndConvertsOtherSpacesToCMYK) {
 TEST(CorelDrawV3CoderTest, ReadsTheFilesCorelDrawShipped) {
     // Windows-1252 names, CR LF, blank lines, a DOS end-of-file byte and what follows it, other widths,
     // tabs, a byte-order mark, and values outside 0...100.
-    const Palette palette = decodeCorelDraw(
+    const Palette palette = v3Coder->decode(
         "\xEF\xBB\xBF\"Black\"                         0   0   0 100\r\n"
         "\r\n"
         "  \"Caf\xE9 \x93noir\x94\" 1\t2 3 4   \r\n"
@@ -71,11 +67,10 @@ TEST(CorelDrawV3CoderTest, ReadsTheFilesCorelDrawShipped) {
 TEST(CorelDrawV3CoderTest, OverlongUTF8IsWindows1252AndWritesBack) {
     // C0 92 only looks like UTF-8 (an overlong U+0012): taken as UTF-8 it wrote a control byte into the name
     // that the reader then refused.
-    const auto coderUnderTest = coder(PaletteFormat::corelDrawV3);
-    const Palette palette = decodeCorelDraw("\"B\xCC\x85\xC0\x92\x61\"1 2 3 4\r\n\x1A");
+    const Palette palette = v3Coder->decode("\"B\xCC\x85\xC0\x92\x61\"1 2 3 4\r\n\x1A");
     ASSERT_EQ(palette.colors.size(), 1u);
     EXPECT_EQ(palette.colors[0].name, "BÌ…À’a");
-    EXPECT_EQ(decodeCorelDraw(coderUnderTest->encode(palette)).colors, palette.colors);
+    EXPECT_EQ(v3Coder->decode(v3Coder->encode(palette)).colors, palette.colors);
 }
 
 TEST(CorelDrawV3CoderTest, RefusesOtherPalFiles) {
@@ -85,5 +80,5 @@ TEST(CorelDrawV3CoderTest, RefusesOtherPalFiles) {
          {""s, "\r\n\x1A"s, "JASC-PAL\r\n0100\r\n0\r\n"s, "RIFF\x10\0\0\0PAL data"s, "\"\x10\x20\x30\x00\xFF\xFE"s,
           "\"Black\" 0 0 0\r\n"s, "\"Black\" 0 0 0 100 5\r\n"s, "\"Black 0 0 0 100\r\n"s, "Black 0 0 0 100\r\n"s,
           "\"Black\" 0 0 x 100\r\n"s, "\"Black\" 0 0 0 100\r\nBlack 0 0 0 100\r\n"s})
-        expectCommonError(Case::invalidFormat, [&text] { decodeCorelDraw(text); });
+        expectCommonError(Case::invalidFormat, [&text] { v3Coder->decode(text); });
 }

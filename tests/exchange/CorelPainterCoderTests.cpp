@@ -6,40 +6,33 @@
 using namespace PAL;
 using Case = CommonError::Case;
 
-namespace {
+const auto painterCoder = coder(PaletteFormat::corelPainter);
 
-Palette decodePainter(std::string_view text) { return coder(PaletteFormat::corelPainter)->decode(text); }
-
-const std::vector<Color> harbour = {Color::rgb255(23, 42, 58, 255, "Deep Water"), Color::rgb255(64, 112, 138, 255, "Tide"),
-                                    Color::rgb255(233, 196, 106, 255, "Lamplight"), Color::rgb255(231, 111, 81, 255, "Buoy")};
-
-}  // namespace
-
-TEST(CorelPainterCoderTest, WritesTheShapeOfPaintersColorSets) {
-    EXPECT_EQ(coder(PaletteFormat::corelPainter)->encode(Palette("Harbour", harbour)),
+TEST(CorelPainterCoderTest, WritesTheShapeOfPaintersColorSetsAndReadsItBack) {
+    const Palette palette("Harbour", {Color::rgb255(23, 42, 58, 255, "Deep Water"), Color::rgb255(64, 112, 138, 255, "Tide")},
+                          {Group("Warm", {Color::rgb255(233, 196, 106, 255, "Lamplight"), Color::rgb255(231, 111, 81, 255, "Buoy")})});
+    const std::string text = painterCoder->encode(palette);
+    EXPECT_EQ(text,
               "ROWS 1\r\nCOLS 4\r\nWIDTH 16\r\nHEIGHT 16\r\nTEXTHEIGHT 0\r\nSPACING 1\r\n"
               "R: 023, G:042, B:058 HV:0.00, SV:0.00, VV:0.00 Deep Water\r\n"
               "R: 064, G:112, B:138 HV:0.00, SV:0.00, VV:0.00 Tide\r\n"
               "R: 233, G:196, B:106 HV:0.00, SV:0.00, VV:0.00 Lamplight\r\n"
               "R: 231, G:111, B:081 HV:0.00, SV:0.00, VV:0.00 Buoy\r\n");
-    // Sixteen to a row; a swatch without a name still ends in the space where the name would go.
-    const std::string many = coder(PaletteFormat::corelPainter)->encode(Palette("", std::vector<Color>(17, Color::rgb255(1, 2, 3))));
-    EXPECT_TRUE(many.starts_with("ROWS 2\r\nCOLS 16\r\n"));
-    EXPECT_TRUE(many.ends_with("\r\nR: 001, G:002, B:003 HV:0.00, SV:0.00, VV:0.00 \r\n"));
-}
+    EXPECT_EQ(painterCoder->decode(text).colors, palette.allColors());
+    EXPECT_TRUE(painterCoder->decode(painterCoder->encode(Palette())).colors.empty());
 
-TEST(CorelPainterCoderTest, ReadsWhatItWrites) {
-    const auto coderUnderTest = coder(PaletteFormat::corelPainter);
-    Palette palette("", {harbour[0], harbour[1]}, {Group("More", {harbour[2], Color::rgb255(9, 9, 9, 255, "Ünïcode, with: colons")})});
-    const Palette back = decodePainter(coderUnderTest->encode(palette));
-    EXPECT_EQ(back.format, PaletteFormat::corelPainter);
-    EXPECT_EQ(back.colors, palette.allColors());
-    EXPECT_TRUE(decodePainter(coderUnderTest->encode(Palette())).colors.empty());
+    // Sixteen to a row; a swatch without a name still ends in the space where the name would go.
+    std::vector<Color> many(17, Color::rgb255(1, 2, 3));
+    many[0].name = "Ünïcode, with: colons";
+    const std::string manyText = painterCoder->encode(Palette("", many));
+    EXPECT_TRUE(manyText.starts_with("ROWS 2\r\nCOLS 16\r\n"));
+    EXPECT_TRUE(manyText.ends_with("\r\nR: 001, G:002, B:003 HV:0.00, SV:0.00, VV:0.00 \r\n"));
+    EXPECT_EQ(painterCoder->decode(manyText).colors, many);
 }
 
 TEST(CorelPainterCoderTest, ReadsLeniently) {
     // The shape of the VisiBone set Painter ships: zero padding, no names, SPACING 0, LF.
-    const Palette visibone = decodePainter(
+    const Palette visibone = painterCoder->decode(
         "ROWS 16\nCOLS 16\nWIDTH 16\nHEIGHT 16\nTEXTHEIGHT 0\nSPACING 0\n"
         "R: 255, G:255, B:255 HV:0.00, SV:0.00, VV:0.00 \n"
         "R: 051, G:051, B:051 HV:0.00, SV:0.00, VV:0.00 \n");
@@ -48,7 +41,7 @@ TEST(CorelPainterCoderTest, ReadsLeniently) {
 
     // A byte-order mark, keywords in another order and case, CR LF and lone CR, blank lines, other spacing,
     // filled HSV fields, no HSV fields, and a value out of range.
-    const Palette loose = decodePainter(
+    const Palette loose = painterCoder->decode(
         "\xEF\xBB\xBFrows\t1\r\ncols 3\rSpacing 0\r\nwidth 8\r\n\r\n"
         "r:1 ,g: 2,b:3 hv: 120.50, sv:1.00 ,vv:0.25   Named  swatch \r\n"
         "R: 4, G: 5, B: 6 No fields\r\n"
@@ -63,10 +56,10 @@ TEST(CorelPainterCoderTest, RefusesWhatIsNotAPainterColorSet) {
     // Other .txt files: RGB and hex lists, Paint.NET palettes, and a first line that only looks like ROWS.
     for (const char* text : {"", "255 0 0\n", "FF172A3A\n", "; paint.net Palette File\nFF172A3A\n", "ROWS\nCOLS 1\n",
                              "ROWS x\n", "ROWSY 1\n", "COLS 1\nROWS 1\n", " \nROWS 1\n"})
-        expectCommonError(Case::invalidFormat, [text] { decodePainter(text); });
+        expectCommonError(Case::invalidFormat, [text] { painterCoder->decode(text); });
     // Swatch lines that are not whole are refused rather than read as black.
     for (const char* swatch : {"R: 1, G:2\n", "R: 1 G:2 B:3\n", "R: x, G:2, B:3\n", "R: 1.5, G:2, B:3\n", "G:1, R:2, B:3\n",
                                "R: 1, G:2, B:3 HV:0.00, SV:0.00\n", "R: 1, G:2, B:3 HV:x, SV:0, VV:0\n", "1 2 3\n",
                                "R: 1, G:2, B:3\nWIDTH 16\n"})
-        expectCommonError(Case::invalidFormat, [swatch] { decodePainter(std::string("ROWS 1\nCOLS 1\n") + swatch); });
+        expectCommonError(Case::invalidFormat, [swatch] { painterCoder->decode(std::string("ROWS 1\nCOLS 1\n") + swatch); });
 }

@@ -7,8 +7,6 @@ namespace {
 const auto cplCoder = makeCorelPaletteCoder();
 using Case = CommonError::Case;
 
-std::string le16(unsigned value) { return {char(value & 0xFF), char(value >> 8 & 0xFF)}; }
-std::string le32(uint32_t value) { return le16(value & 0xFFFF) + le16(value >> 16); }
 // A name as the UTF-16 variants store it: a character count, then the units.
 std::string wide(std::string_view ascii) {
     std::string bytes(1, char(ascii.size()));
@@ -43,9 +41,7 @@ TEST(CorelPaletteCoder, ReadsTheBytesCorelDRAW12Writes) {
     const auto read = cplCoder->decode(demo);
     EXPECT_EQ(read.format, PaletteFormat::corelPalette);
     EXPECT_EQ(read.name, "Demo");
-    ASSERT_EQ(read.colors.size(), 2u);
-    EXPECT_EQ(read.colors[0], Color::rgb(1, 0, 0, 1, "Red"));
-    EXPECT_EQ(read.colors[1], Color::cmyk(1, 0, 0, 0, 1, "Cyan"));
+    EXPECT_EQ(read.colors, (std::vector<Color>{Color::rgb(1, 0, 0, 1, "Red"), Color::cmyk(1, 0, 0, 0, 1, "Cyan")}));
 }
 
 TEST(CorelPaletteCoder, ReadsEveryModelThatCarriesAColour) {
@@ -113,23 +109,18 @@ TEST(CorelPaletteCoder, SpotLibrariesUseLongRecordsAndTheirAlternateValues) {
     EXPECT_EQ(custom.colors[0], Color::cmyk(0, 0, 0, 1, 1, "K"));
 }
 
-TEST(CorelPaletteCoder, RefusalsAndEncode) {
+TEST(CorelPaletteCoder, Refusals) {
     const auto one = shortRecord(5, "00000000", wide("n"));
-    EXPECT_EQ(commonError([] { cplCoder->decode(hexBytes("DD")); }), Case::invalidFormat);
-    EXPECT_EQ(commonError([] { cplCoder->decode(hexBytes("DDDD 0100")); }), Case::invalidFormat);
-    EXPECT_EQ(commonError([] { cplCoder->decode(hexBytes("DDDC 00000000")); }), Case::invalidFormat);  // no table
-    EXPECT_EQ(commonError([] { cplCoder->decode(hexBytes("DDDC 11000000")); }), Case::invalidFormat);  // table too long
-    // A field offset beyond the file, and a table without the count field.
-    EXPECT_EQ(commonError([] { cplCoder->decode(hexBytes("DDDC 01000000 02000000 FF000000 0000")); }), Case::invalidFormat);
-    EXPECT_EQ(commonError([] { cplCoder->decode(hexBytes("DDDC 01000000 01000000 0E000000 0500")); }), Case::invalidFormat);
-    // More records than the bytes hold, a cut record, and a cut spot library.
-    EXPECT_EQ(commonError([&] { cplCoder->decode(table("DDDC", wide(""), 5, 0xFFFF, one)); }), Case::invalidEndOfFile);
-    EXPECT_EQ(commonError([&] { cplCoder->decode(table("DDDC", wide(""), 5, 1, one.substr(0, 14))); }), Case::invalidEndOfFile);
-    EXPECT_EQ(commonError([&] { cplCoder->decode(table("CDDD", wide(""), 8, 2, one)); }), Case::invalidEndOfFile);
-    EXPECT_EQ(commonError([&] { cplCoder->decode(hexBytes("CCDC") + le16(1) + one.substr(0, 12)); }), Case::invalidEndOfFile);
-
-    LogCapture log;
-    EXPECT_EQ(commonError([] { cplCoder->encode(Palette()); }), Case::notImplemented);
-    EXPECT_TRUE(log.contains("CPLCoder: encode() not implemented", LogLevel::error));
-    EXPECT_FALSE(cplCoder->writes());
+    expectRefused(*cplCoder, {{hexBytes("DD"), Case::invalidFormat},
+                              {hexBytes("DDDD 0100"), Case::invalidFormat},
+                              {hexBytes("DDDC 00000000"), Case::invalidFormat},  // no table
+                              {hexBytes("DDDC 11000000"), Case::invalidFormat},  // a table too long
+                              // A field offset beyond the file, and a table without the count field.
+                              {hexBytes("DDDC 01000000 02000000 FF000000 0000"), Case::invalidFormat},
+                              {hexBytes("DDDC 01000000 01000000 0E000000 0500"), Case::invalidFormat},
+                              // More records than the bytes hold, a cut record, and a cut spot library.
+                              {table("DDDC", wide(""), 5, 0xFFFF, one), Case::invalidEndOfFile},
+                              {table("DDDC", wide(""), 5, 1, one.substr(0, 14)), Case::invalidEndOfFile},
+                              {table("CDDD", wide(""), 8, 2, one), Case::invalidEndOfFile},
+                              {hexBytes("CCDC") + le16(1) + one.substr(0, 12), Case::invalidEndOfFile}});
 }

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "exchange/PalErrors.h"
+#include "exchange/PalPalette.h"
 #include "tests/support/RealPalettes.h"
 
 // Runs `body` and checks that it throws PAL::CommonError with the expected case; returns the error.
@@ -45,4 +46,25 @@ private:
 inline void writeFile(const std::filesystem::path& path, std::string_view bytes) {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+// The same colours to the last bit: Color's == allows 1e-6, which would hide a lossy write.
+inline void expectExactColors(const std::vector<PAL::Color>& actual, const std::vector<PAL::Color>& expected) {
+    ASSERT_EQ(actual.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(actual[i], expected[i]) << actual[i].debugDescription();
+        EXPECT_EQ(actual[i].colorComponents, expected[i].colorComponents) << "colour " << i;
+        EXPECT_EQ(actual[i].alpha, expected[i].alpha) << "colour " << i;
+    }
+}
+
+// Name, colours and groups, each colour to the last bit.
+inline void expectExactPalette(const PAL::Palette& actual, const PAL::Palette& expected) {
+    EXPECT_EQ(actual.name, expected.name);
+    expectExactColors(actual.colors, expected.colors);
+    ASSERT_EQ(actual.groups.size(), expected.groups.size());
+    for (std::size_t g = 0; g < expected.groups.size(); ++g) {
+        EXPECT_EQ(actual.groups[g].name, expected.groups[g].name);
+        expectExactColors(actual.groups[g].colors, expected.groups[g].colors);
+    }
 }

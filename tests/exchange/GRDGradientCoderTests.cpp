@@ -29,11 +29,12 @@ class Descriptor {
 public:
     std::string bytes;
 
-    Descriptor& u32(std::uint32_t value) {
-        for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(value >> shift & 0xFF);
-        return *this;
-    }
+    Descriptor& u32(std::uint32_t value) { return raw(binarytest::be32(value)); }
     Descriptor& raw(std::string_view text) { return bytes += text, *this; }
+    Descriptor& float64(double value) {
+        const auto bits = std::bit_cast<std::uint64_t>(value);
+        return u32(static_cast<std::uint32_t>(bits >> 32)).u32(static_cast<std::uint32_t>(bits));
+    }
     Descriptor& id(std::string_view key) {
         return key.size() == 4 ? u32(0).raw(key) : u32(static_cast<std::uint32_t>(key.size())).raw(key);
     }
@@ -46,24 +47,21 @@ public:
         if (!key.empty()) id(key).raw("Objc");
         return unicode(name).id(classID).u32(items);
     }
-    Descriptor& number(std::string_view key, double value) {
-        id(key).raw("doub");
-        return u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value) >> 32))
-            .u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value)));
-    }
-    Descriptor& integer(std::string_view key, std::int32_t value) {
-        return id(key).raw("long").u32(static_cast<std::uint32_t>(value));
-    }
+    Descriptor& number(std::string_view key, double value) { return id(key).raw("doub").float64(value); }
+    Descriptor& integer(std::string_view key, std::int32_t value) { return id(key).raw("long").u32(static_cast<std::uint32_t>(value)); }
     Descriptor& enumeration(std::string_view key, std::string_view type, std::string_view value) {
         return id(key).raw("enum").id(type).id(value);
     }
-    Descriptor& percent(std::string_view key, double value) {
-        id(key).raw("UntF#Prc");
-        return u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value) >> 32))
-            .u32(static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(value)));
-    }
+    Descriptor& percent(std::string_view key, double value) { return id(key).raw("UntF#Prc").float64(value); }
     Descriptor& list(std::string_view key, std::uint32_t count) { return id(key).raw("VlLs").u32(count); }
 };
+
+// A version 5 file's start: the header and the list of `count` gradients that follows it.
+Descriptor gradientList(std::uint32_t count) {
+    Descriptor d;
+    d.raw("8BGR").raw(hexBytes("0005")).u32(16).object("", "", "null", 1).list("GrdL", count);
+    return d;
+}
 
 struct ColorStop {
     int r, g, b, location, midpoint;
@@ -74,8 +72,7 @@ struct OpacityStop {
 };
 
 std::string version5(const std::vector<std::tuple<std::string, std::vector<ColorStop>, std::vector<OpacityStop>>>& list) {
-    Descriptor d;
-    d.raw("8BGR").raw(hexBytes("0005")).u32(16).object("", "", "null", 1).list("GrdL", static_cast<std::uint32_t>(list.size()));
+    Descriptor d = gradientList(static_cast<std::uint32_t>(list.size()));
     for (const auto& [name, colors, opacities] : list) {
         d.raw("Objc").object("", "Gradient", "Grdn", 1).object("Grad", "Gradient", "Grdn", 5);
         d.id("Nm  ").raw("TEXT").unicode(name);
@@ -152,20 +149,13 @@ TEST(AdobeGRDCoderTest, RefusesOtherFilesAndDamagedOnes) {
     std::string unknownType = file;
     unknownType.replace(unknownType.find("doub"), 4, "what");
     expectCommonError(Case::invalidFormat, [&] { decode(GradientsFormat::adobeGRD, unknownType); });
-    Descriptor deep;
-    deep.raw("8BGR").raw(hexBytes("0005")).u32(16).object("", "", "null", 1).list("GrdL", 1);
+    Descriptor deep = gradientList(1);
     for (int i = 0; i < 100000; ++i) deep.raw("VlLs").u32(1);
     deep.raw("long").u32(0);
     expectCommonError(Case::invalidFormat, [&] { decode(GradientsFormat::adobeGRD, deep.bytes); });
     // A gradient file of noise gradients only has nothing to give.
-    Descriptor noise;
-    noise.raw("8BGR").raw(hexBytes("0005")).u32(16).object("", "", "null", 1).list("GrdL", 1);
-    noise.raw("Objc")
-        .object("", "Gradient", "Grdn", 1)
-        .object("Grad", "Gradient", "Grdn", 2)
-        .id("Nm  ")
-        .raw("TEXT")
-        .unicode("Noise");
+    Descriptor noise = gradientList(1);
+    noise.raw("Objc").object("", "Gradient", "Grdn", 1).object("Grad", "Gradient", "Grdn", 2).id("Nm  ").raw("TEXT").unicode("Noise");
     noise.enumeration("GrdF", "GrdF", "ClNs");
     binarytest::LogCapture log;
     expectCommonError(Case::invalidFormat, [&] { decode(GradientsFormat::adobeGRD, noise.bytes); });

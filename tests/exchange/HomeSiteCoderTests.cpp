@@ -6,38 +6,26 @@
 using namespace PAL;
 using Case = CommonError::Case;
 
-namespace {
-
-Palette decodeHomeSite(std::string_view text) { return coder(PaletteFormat::hpl)->decode(text); }
-
-}  // namespace
+const auto homeSiteCoder = coder(PaletteFormat::hpl);
 
 TEST(HomeSiteCoderTest, WritesHomeSitesLayoutAndReadsItBack) {
-    const auto coderUnderTest = coder(PaletteFormat::hpl);
     Palette palette("Harbour", {Color::rgb255(23, 42, 58, 255, "Deep Water"), Color::rgb255(64, 112, 138)},
                     {Group("Warm", {Color::rgb255(233, 196, 106), Color::rgb255(231, 111, 81, 128)})});
-    const std::string text = coderUnderTest->encode(palette);
+    const std::string text = homeSiteCoder->encode(palette);
     EXPECT_EQ(text, "Palette\r\nVersion 4.0\r\n-----------\r\n23 42 58\r\n64 112 138\r\n233 196 106\r\n231 111 81\r\n");
     // Names and alpha have no place in the file.
-    const Palette back = decodeHomeSite(text);
-    EXPECT_EQ(back.format, PaletteFormat::hpl);
-    ASSERT_EQ(back.colors.size(), 4u);
-    EXPECT_EQ(back.colors[0], Color::rgb255(23, 42, 58));
-    EXPECT_EQ(back.colors[3], Color::rgb255(231, 111, 81));
-    EXPECT_TRUE(decodeHomeSite(coderUnderTest->encode(Palette())).colors.empty());
+    EXPECT_EQ(homeSiteCoder->decode(text).colors, (std::vector<Color>{Color::rgb255(23, 42, 58), Color::rgb255(64, 112, 138),
+                                                                   Color::rgb255(233, 196, 106), Color::rgb255(231, 111, 81)}));
+    EXPECT_TRUE(homeSiteCoder->decode(homeSiteCoder->encode(Palette())).colors.empty());
 }
 
 TEST(HomeSiteCoderTest, ReadsBothVersionsAndTheirSeparators) {
     // Version 3.0 with twelve dashes and LF; version 4.0 with an empty third line; a byte-order mark, lone CR,
     // tabs, blank lines and a value out of range; another version number.
-    EXPECT_EQ(decodeHomeSite("Palette\nVersion 3.0\n------------\n0 0 0\n128 0 0\n").colors.size(), 2u);
-    const Palette empty = decodeHomeSite("Palette\r\nVersion 4.0\r\n\r\n255 255 255\r\n");
-    ASSERT_EQ(empty.colors.size(), 1u);
-    EXPECT_EQ(empty.colors[0], Color::rgb255(255, 255, 255));
-    const Palette loose = decodeHomeSite("\xEF\xBB\xBF Palette \rVersion  5.1\r-----------\r\t1\t2  3 \r\r300 0 0");
-    ASSERT_EQ(loose.colors.size(), 2u);
-    EXPECT_EQ(loose.colors[0], Color::rgb255(1, 2, 3));
-    EXPECT_EQ(loose.colors[1], Color::rgb255(255, 0, 0));
+    EXPECT_EQ(homeSiteCoder->decode("Palette\nVersion 3.0\n------------\n0 0 0\n128 0 0\n").colors.size(), 2u);
+    EXPECT_EQ(homeSiteCoder->decode("Palette\r\nVersion 4.0\r\n\r\n255 255 255\r\n").colors, (std::vector<Color>{Color::rgb(1, 1, 1)}));
+    EXPECT_EQ(homeSiteCoder->decode("\xEF\xBB\xBF Palette \rVersion  5.1\r-----------\r\t1\t2  3 \r\r300 0 0").colors,
+              (std::vector<Color>{Color::rgb255(1, 2, 3), Color::rgb255(255, 0, 0)}));
 }
 
 TEST(HomeSiteCoderTest, RefusesWhatIsNotAHomeSitePalette) {
@@ -46,5 +34,5 @@ TEST(HomeSiteCoderTest, RefusesWhatIsNotAHomeSitePalette) {
                              "Palette\nRevision 4.0\n", "GIMP Palette\nName: x\n", "JASC-PAL\n0100\n0\n",
                              "Palette\nVersion 4.0\n---\n1 2\n", "Palette\nVersion 4.0\n---\n1 2 3 4\n",
                              "Palette\nVersion 4.0\n---\n1 2 3 name\n", "Palette\nVersion 4.0\n---\n-- -\n"})
-        expectCommonError(Case::invalidFormat, [text] { decodeHomeSite(text); });
+        expectCommonError(Case::invalidFormat, [text] { homeSiteCoder->decode(text); });
 }

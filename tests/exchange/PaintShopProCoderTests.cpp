@@ -8,63 +8,50 @@ using namespace PAL;
 using Case = CommonError::Case;
 using namespace std::string_literals;
 
-namespace {
-
-Palette decodeJASC(std::string_view text) { return coder(PaletteFormat::paintShopPro)->decode(text); }
+const auto jascCoder = coder(PaletteFormat::paintShopPro);
 
 const std::vector<Color> harbour = {Color::rgb255(23, 42, 58), Color::rgb255(64, 112, 138), Color::rgb255(233, 196, 106),
                                     Color::rgb255(231, 111, 81)};
 
-}  // namespace
-
-TEST(PaintShopProCoderTest, WritesPaintShopProsBytes) {
+TEST(PaintShopProCoderTest, WritesPaintShopProsBytesAndReadsThemBack) {
     // Groups flatten, alpha is left out (Krita drops lines with a fourth value), and the count leads.
     Palette palette("Harbour", {harbour[0], harbour[1]}, {Group("Warm", {harbour[2], harbour[3].withAlpha(0.5)})});
-    EXPECT_EQ(coder(PaletteFormat::paintShopPro)->encode(palette),
-              "JASC-PAL\r\n0100\r\n4\r\n23 42 58\r\n64 112 138\r\n233 196 106\r\n231 111 81\r\n");
-}
-
-TEST(PaintShopProCoderTest, ReadsWhatItWrites) {
-    const auto coderUnderTest = coder(PaletteFormat::paintShopPro);
-    const Palette back = decodeJASC(coderUnderTest->encode(Palette("", harbour)));
-    EXPECT_EQ(back.format, PaletteFormat::paintShopPro);
-    EXPECT_EQ(back.colors, harbour);
+    const std::string text = jascCoder->encode(palette);
+    EXPECT_EQ(text, "JASC-PAL\r\n0100\r\n4\r\n23 42 58\r\n64 112 138\r\n233 196 106\r\n231 111 81\r\n");
+    EXPECT_EQ(jascCoder->decode(text).colors, harbour);
     // An empty palette too: Paint Shop Pro refuses it, but we do not lose it.
-    EXPECT_TRUE(decodeJASC(coderUnderTest->encode(Palette())).colors.empty());
+    EXPECT_TRUE(jascCoder->decode(jascCoder->encode(Palette())).colors.empty());
 }
 
 TEST(PaintShopProCoderTest, ReadsWhatOtherProgramsWrite) {
     // Aseprite: LF only, and a fourth value for alpha on every line.
-    const Palette aseprite = decodeJASC("JASC-PAL\n0100\n2\n23 42 58 255\n231 111 81 128\n");
+    const Palette aseprite = jascCoder->decode("JASC-PAL\n0100\n2\n23 42 58 255\n231 111 81 128\n");
     ASSERT_EQ(aseprite.colors.size(), 2u);
     EXPECT_EQ(aseprite.colors[1], Color::rgb255(231, 111, 81, 128));
 
     // A byte-order mark, a lone CR, blank lines, tabs and runs of blanks, padded and out-of-range values.
-    const Palette loose = decodeJASC("\xEF\xBB\xBFJASC-PAL \r0100\r\n3\r\n\r\n 23\t42   58 \r\n  0 300 -4\r\n007 008 009");
-    ASSERT_EQ(loose.colors.size(), 3u);
-    EXPECT_EQ(loose.colors[0], harbour[0]);
-    EXPECT_EQ(loose.colors[1], Color::rgb255(0, 255, 0));
-    EXPECT_EQ(loose.colors[2], Color::rgb255(7, 8, 9));
+    const Palette loose = jascCoder->decode("\xEF\xBB\xBFJASC-PAL \r0100\r\n3\r\n\r\n 23\t42   58 \r\n  0 300 -4\r\n007 008 009");
+    EXPECT_EQ(loose.colors, (std::vector<Color>{harbour[0], Color::rgb255(0, 255, 0), Color::rgb255(7, 8, 9)}));
 }
 
 TEST(PaintShopProCoderTest, TrustsTheColorLinesOverTheCount) {
     binarytest::LogCapture log;
-    EXPECT_EQ(decodeJASC("JASC-PAL\r\n0100\r\n16\r\n23 42 58\r\n").colors.size(), 1u);
+    EXPECT_EQ(jascCoder->decode("JASC-PAL\r\n0100\r\n16\r\n23 42 58\r\n").colors.size(), 1u);
     EXPECT_TRUE(log.contains("PAL.Coder.PaintShopPro: The file states 16 colors but holds 1"));
-    EXPECT_EQ(decodeJASC("JASC-PAL\r\n0100\r\n0\r\n23 42 58\r\n64 112 138\r\n").colors.size(), 2u);
-    // A count far beyond the file is no allocation.
-    EXPECT_EQ(decodeJASC("JASC-PAL\r\n0100\r\n9223372036854775807\r\n1 2 3\r\n").colors.size(), 1u);
-    // Another version number is read the same way.
-    EXPECT_EQ(decodeJASC("JASC-PAL\r\n0200\r\n1\r\n1 2 3\r\n").colors.size(), 1u);
+    EXPECT_EQ(jascCoder->decode("JASC-PAL\r\n0100\r\n0\r\n23 42 58\r\n64 112 138\r\n").colors.size(), 2u);
+    // A count far beyond the file is no allocation; another version number is read the same way.
+    EXPECT_EQ(jascCoder->decode("JASC-PAL\r\n0100\r\n9223372036854775807\r\n1 2 3\r\n").colors.size(), 1u);
+    EXPECT_EQ(jascCoder->decode("JASC-PAL\r\n0200\r\n1\r\n1 2 3\r\n").colors.size(), 1u);
 }
 
 TEST(PaintShopProCoderTest, RefusesWhatIsNotAJASCPalette) {
     for (const std::string& text : {""s, "JASC-PAL\r\n0100\r\n"s, "JASC-PA\r\n0100\r\n1\r\n1 2 3\r\n"s, "jasc-pal\r\n0100\r\n0\r\n"s,
                                    "RIFF\x10\0\0\0PAL data"s, "\"Black\"   0   0   0 100\r\n"s, "GIMP Palette\nName: x\n"s})
-        expectCommonError(Case::invalidFormat, [text] { decodeJASC(text); });
+        expectCommonError(Case::invalidFormat, [text] { jascCoder->decode(text); });
     // Once the header is ours, lines that are not colours are refused rather than read as black.
     for (const char* body : {"x\r\n", "1 2\r\n", "1 2 3 4 5\r\n", "1 2 x\r\n", "1.5 2 3\r\n", "0x1F 0 0\r\n", "1,2,3\r\n"})
-        expectCommonError(Case::invalidFormat, [body] { decodeJASC(std::string("JASC-PAL\r\n0100\r\n1\r\n") + body); });
+        expectCommonError(Case::invalidFormat, [body] { jascCoder->decode(std::string("JASC-PAL\r\n0100\r\n1\r\n") + body); });
     for (const char* count : {"-1", "many", ""})
-        expectCommonError(Case::invalidFormat, [count] { decodeJASC(std::string("JASC-PAL\r\n0100\r\n") + count + "\r\n1 2 3\r\n"); });
+        expectCommonError(Case::invalidFormat,
+                          [count] { jascCoder->decode(std::string("JASC-PAL\r\n0100\r\n") + count + "\r\n1 2 3\r\n"); });
 }

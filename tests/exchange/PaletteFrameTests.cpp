@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
+#include <map>
 
+#include "BinaryCoderTestSupport.h"
 #include "ExchangeTestSupport.h"
 #include "exchange/BytesReader.h"
 #include "exchange/PaletteCoder.h"
@@ -94,10 +94,9 @@ TEST(PaletteFormatTest, TheTrialTakesTheFirstCoderThatDecodes) {
 }
 
 TEST(PaletteFormatTest, DecodingFilesAndBytes) {
-    const auto folder = std::filesystem::temp_directory_path() / ("kro-frame-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(folder);
+    const ScratchFolder folder;
     const auto write = [&](const std::string& name, const std::string& bytes) {
-        std::ofstream(folder / name, std::ios::binary) << bytes;
+        writeFile(folder / name, bytes);
         return (folder / name).string();
     };
     const std::string gimp = "GIMP Palette\nName: Two\n#\n255 0 0\tRed\n  0 0 255\tBlue\n";
@@ -123,12 +122,18 @@ TEST(PaletteFormatTest, DecodingFilesAndBytes) {
 
     EXPECT_EQ(decode(gimp, "gpl").colors.size(), 2u);
     expectCommonError(Case::unsupportedCoderType, [&] { decode(gimp, "doc"); });
-    std::filesystem::remove_all(folder);
 }
 
-// Every format has its coder, which does what the format table says; a side the format lacks answers
-// notImplemented, which the trial passes over.
+// Every format has its coder, which does what the format table says and marks what it reads with its
+// format; a side the format lacks answers notImplemented, which the trial passes over, after logging the
+// coder's message where it has one.
 TEST(PaletteFormatTest, EveryFormatHasACoderThatKeepsToItsTable) {
+    const Palette sample("Harbour", {Color::rgb255(26, 101, 151, 255, "Sea"), Color::rgb255(240, 200, 90, 255, "Sand")});
+    const std::map<PaletteFormat, std::string> messages = {{PaletteFormat::acb, "PAL.Coder.ACB: encode() not implemented"},
+                                                           {PaletteFormat::afpalette, "AFPaletteCoder: encode() not implemented"},
+                                                           {PaletteFormat::corelPalette, "CPLCoder: encode() not implemented"},
+                                                           {PaletteFormat::svg, "SVG Coder: decode() not implemented"},
+                                                           {PaletteFormat::swift, "Swift Coder: decode() not implemented"}};
     ASSERT_EQ(allCoders().size(), paletteFormats().size());
     for (std::size_t i = 0; i < allCoders().size(); ++i) {
         const PaletteCoder& each = *allCoders()[i];
@@ -137,8 +142,15 @@ TEST(PaletteFormatTest, EveryFormatHasACoderThatKeepsToItsTable) {
         EXPECT_EQ(each.format(), format.format);
         EXPECT_EQ(each.reads(), format.reads);
         EXPECT_EQ(each.writes(), format.writes);
+        if (format.reads && format.writes) {
+            EXPECT_EQ(each.decode(each.encode(sample)).format, format.format);
+        }
+        binarytest::LogCapture log;
         if (!format.reads) expectCommonError(Case::notImplemented, [&] { each.decode(std::string_view("#ffffff")); });
         if (!format.writes) expectCommonError(Case::notImplemented, [&] { each.encode(Palette()); });
+        if (messages.count(format.format)) {
+            EXPECT_TRUE(log.contains(messages.at(format.format), LogLevel::error));
+        }
     }
 }
 

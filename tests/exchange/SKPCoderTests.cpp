@@ -8,9 +8,7 @@
 using namespace PAL;
 using Case = CommonError::Case;
 
-namespace {
-
-Palette decodeSKP(std::string_view text) { return coder(PaletteFormat::skp)->decode(text); }
+const auto skpCoder = coder(PaletteFormat::skp);
 
 const Palette harbour("Harbour Dusk",
                       {Color::rgb255(23, 42, 58, 255, "Deep Water"), Color::cmyk(0, 0.16, 0.55, 0.09, 1, "Lamplight"),
@@ -18,10 +16,9 @@ const Palette harbour("Harbour Dusk",
                       {Group("More", {Color::gray(0.5, 0.25, "Half's \\ grey"), Color::lab(50, 0, -128, 1, "Caf\u00e9"),
                                       Color::cmyk(1, 0, 0, 0, 1, "Cyan\nink", ColorType::spot)})});
 
-}  // namespace
-
-TEST(SKPCoderTest, WritesUniConvertorsLayoutInASCII) {
-    EXPECT_EQ(coder(PaletteFormat::skp)->encode(harbour),
+TEST(SKPCoderTest, WritesUniConvertorsLayoutInASCIIAndReadsItBack) {
+    const std::string text = skpCoder->encode(harbour);
+    EXPECT_EQ(text,
               "##sK1 palette\n"
               "palette()\n"
               "set_name('Harbour Dusk')\n"
@@ -34,11 +31,7 @@ TEST(SKPCoderTest, WritesUniConvertorsLayoutInASCII) {
               "color(['LAB', [0.5, 0.5019607843137255, 0.0], 1.0, 'Caf\\xc3\\xa9'])\n"
               "color(['SPOT', [[], [1.0, 0.0, 0.0, 0.0]], 1.0, 'Cyan ink', 'Harbour Dusk'])\n"
               "palette_end()\n");
-}
-
-TEST(SKPCoderTest, ReadsWhatItWrites) {
-    const Palette back = decodeSKP(coder(PaletteFormat::skp)->encode(harbour));
-    EXPECT_EQ(back.format, PaletteFormat::skp);
+    const Palette back = skpCoder->decode(text);
     EXPECT_EQ(back.name, "Harbour Dusk");
     auto expected = harbour.allColors();
     expected.back().name = "Cyan ink";  // a line break cannot stand in a line
@@ -47,7 +40,7 @@ TEST(SKPCoderTest, ReadsWhatItWrites) {
 }
 
 TEST(SKPCoderTest, ReadsPythonLiteralsOfBothGenerations) {
-    const Palette palette = decodeSKP(
+    const Palette palette = skpCoder->decode(
         "##sK1 palette\r\n"
         "palette()\r\n"
         "set_name(u'Caf\\xe9 \\u2713')\r\n"
@@ -96,5 +89,5 @@ TEST(SKPCoderTest, RefusesWhatIsNotAnSK1Palette) {
                                    std::string("<?xml version=\"1.0\"?>\n<palette><color r=\"0\" g=\"0\" b=\"0\" name=\"Black\"/></palette>\n"),
                                    std::string("##sK1 palette\npalette()\nset_name('Empty')\npalette_end()\n"),
                                    std::string(" ##sK1 palette\ncolor(['RGB', [0.0, 0.0, 0.0], 1.0, 'Black'])\n"), deep})
-        expectCommonError(Case::invalidFormat, [&] { decodeSKP(text); });
+        expectCommonError(Case::invalidFormat, [&] { skpCoder->decode(text); });
 }

@@ -90,12 +90,3 @@ TEST(SVGCoder, SettingsAndNamesFromAnyFile) {
     EXPECT_EQ(commonError([&] { coder.encode(palette); }), CommonError::Case::cannotCreateImage);
     EXPECT_NO_THROW(xml::parse(SVGCoder().encode(Palette())));
 }
-
-TEST(SVGCoder, WritesOnly) {
-    LogCapture log;
-    const auto coder = makeSVGCoder();
-    EXPECT_FALSE(coder->reads());
-    EXPECT_TRUE(coder->writes());
-    EXPECT_EQ(commonError([&] { coder->decode(std::string_view("<svg/>")); }), CommonError::Case::notImplemented);
-    EXPECT_TRUE(log.contains("SVG Coder: decode() not implemented", LogLevel::error));
-}

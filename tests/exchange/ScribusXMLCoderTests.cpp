@@ -10,11 +10,9 @@ using namespace PAL;
 using binarytest::expectComponents;
 using Case = CommonError::Case;
 
-namespace {
-
 const auto scribusCoder = coder(PaletteFormat::scribusXML);
 
-Palette decodeScribus(std::string_view text) { return scribusCoder->decode(text); }
+namespace {
 
 std::string withoutComments(const std::string& text) {
     std::string out;
@@ -62,17 +60,16 @@ TEST(ScribusXMLCoderTest, ReadsWhatItWritesInEachColourSpace) {
                                          Color::lab(52, -20.9, 37.75, 1, "Moss")});
     const std::string written = scribusCoder->encode(palette);
     EXPECT_NE(written.find("<COLOR NAME=\"Moss\" SPACE=\"Lab\" L=\"52\" A=\"-20.9\" B=\"37.75\" RGB=\"#"), std::string::npos);
-    const Palette back = decodeScribus(written);
+    const Palette back = scribusCoder->decode(written);
     EXPECT_EQ(back.name, "Round trip");
-    EXPECT_EQ(back.format, PaletteFormat::scribusXML);
     EXPECT_EQ(back.colors, palette.colors);
     // A grey comes back as the black-ink tint it was written as.
-    const Palette grey = decodeScribus(scribusCoder->encode(Palette("", {Color::gray(0.75, 1, "Grey")})));
+    const Palette grey = scribusCoder->decode(scribusCoder->encode(Palette("", {Color::gray(0.75, 1, "Grey")})));
     expectComponents(grey.colors.at(0), ColorSpace::CMYK, {0, 0, 0, 0.25});
 }
 
 TEST(ScribusXMLCoderTest, ReadsTheAttributesInScribussOrderOfPrecedence) {
-    const Palette palette = decodeScribus(
+    const Palette palette = scribusCoder->decode(
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<SCRIBUSCOLORS NAME=\"Mixed\">\n"
         "  <COLOR NAME=\"Only K\" SPACE=\"CMYK\" CMYK=\"#ff000000\" K=\"100\"/>\n"    // components win, missing ones are 0
@@ -95,7 +92,8 @@ TEST(ScribusXMLCoderTest, ReadsTheAttributesInScribussOrderOfPrecedence) {
     EXPECT_EQ(palette.colors[4], Color::rgb(0, 0.5, 1, 1, "Short"));
 
     // The camel-case spelling of Scribus 1.7 development builds.
-    const Palette camel = decodeScribus("<ScribusColors Name=\"New\"><Color Name=\"Sea\" Space=\"RGB\" R=\"26\" G=\"101\" B=\"151\"/></ScribusColors>");
+    const Palette camel =
+        scribusCoder->decode("<ScribusColors Name=\"New\"><Color Name=\"Sea\" Space=\"RGB\" R=\"26\" G=\"101\" B=\"151\"/></ScribusColors>");
     EXPECT_EQ(camel.name, "New");
     ASSERT_EQ(camel.colors.size(), 1u);
     EXPECT_EQ(camel.colors[0], Color::rgb255(26, 101, 151, 255, "Sea"));
@@ -104,7 +102,7 @@ TEST(ScribusXMLCoderTest, ReadsTheAttributesInScribussOrderOfPrecedence) {
 TEST(ScribusXMLCoderTest, RefusesWhatIsNotAScribusPalette) {
     for (const char* text : {"", "<SCRIBUSCOLORS>", "<resources><color name=\"a\">#FF0000</color></resources>",
                              "<palette><colors><page/></colors></palette>", "<SCRIBUSUTF8NEW Version=\"1.5.8\"/>"})
-        expectCommonError(Case::invalidFormat, [text] { decodeScribus(text); });
+        expectCommonError(Case::invalidFormat, [text] { scribusCoder->decode(text); });
 }
 
 // Every swatch file Scribus ships opens with as many colours as it has COLOR elements, and each colour
@@ -117,7 +115,7 @@ TEST(ScribusXMLCoderTest, ReadsEverySwatchFileScribusShips) {
         ++files;
         SCOPED_TRACE(file.path().filename().string());
         const std::string text = readFile(file.path());
-        const Palette palette = decodeScribus(text);
+        const Palette palette = scribusCoder->decode(text);
         const auto elements = colorElements(withoutComments(text));
         ASSERT_EQ(palette.colors.size(), elements.size());
         for (std::size_t index = 0; index < elements.size(); ++index) {
@@ -128,25 +126,25 @@ TEST(ScribusXMLCoderTest, ReadsEverySwatchFileScribusShips) {
                 EXPECT_EQ(palette.colors[index].hexString(), Color::hex(hex[1].str()).hexString()) << attributes;
             }
         }
-        const Palette again = decodeScribus(scribusCoder->encode(palette));
+        const Palette again = scribusCoder->decode(scribusCoder->encode(palette));
         EXPECT_EQ(again.colors.size(), palette.colors.size());
     }
     EXPECT_GE(files, 30u);
 
-    const Palette basic = decodeScribus(realFile("scribus-data/Scribus_Basic.xml"));
+    const Palette basic = scribusCoder->decode(realFile("scribus-data/Scribus_Basic.xml"));
     EXPECT_TRUE(basic.name.empty());
     ASSERT_EQ(basic.colors.size(), 12u);
     EXPECT_EQ(basic.colors[0], Color::rgb255(255, 0, 0, 255, "Red"));
     EXPECT_EQ(basic.colors[3], Color::cmyk(1, 0, 0, 0, 1, "Cyan"));
     EXPECT_EQ(basic.colors[11], Color::cmyk(1, 1, 1, 1, 1, "Registration"));
 
-    const Palette shades = decodeScribus(realFile("scribus-data/Shades_of_K.xml"));
+    const Palette shades = scribusCoder->decode(realFile("scribus-data/Shades_of_K.xml"));
     EXPECT_EQ(shades.colors.at(4), Color::cmyk(0, 0, 0, 0.04, 1, "4 %"));
 
-    const Palette hks = decodeScribus(realFile("scribus-data/Bundesregierung_HKS.xml"));
+    const Palette hks = scribusCoder->decode(realFile("scribus-data/Bundesregierung_HKS.xml"));
     EXPECT_EQ(hks.name, "Bundesregierung HKS");
     EXPECT_EQ(hks.colors.at(0), Color::rgb255(0xff, 0xb6, 0x00, 255, "HKS 5 K", ColorType::spot));
 
-    const Palette kit = decodeScribus(realFile("scribus-data/All_Color_Kit.xml"));
+    const Palette kit = scribusCoder->decode(realFile("scribus-data/All_Color_Kit.xml"));
     EXPECT_EQ(kit.colors.size(), 737u);
 }

@@ -8,17 +8,11 @@ using namespace PAL;
 using binarytest::expectComponents;
 using Case = CommonError::Case;
 
-namespace {
-
 const auto simpleCoder = coder(PaletteFormat::simplePalette);
-
-Palette decodeSimple(std::string_view text) { return simpleCoder->decode(text); }
-
-}  // namespace
 
 // Linear components to five decimals, tab-indented as JSON.stringify(palette, undefined, '\t') lays it out.
 TEST(SimplePaletteCoderTest, WritesWhatTheReferenceWriterWrites) {
-    const Palette palette("Harbour", {Color::rgb255(26, 101, 151, 255, "Sea"), Color::rgb(1, 1, 1)},
+    const Palette palette("Harbour", {Color::rgb255(26, 101, 151, 255, "Sea")},
                           {Group("Flattened", {Color::rgb255(255, 111, 97, 127.5)})});
     EXPECT_EQ(simpleCoder->encode(palette),
               "{\n"
@@ -30,13 +24,6 @@ TEST(SimplePaletteCoderTest, WritesWhatTheReferenceWriterWrites) {
               "\t\t\t\t0.01033,\n"
               "\t\t\t\t0.13014,\n"
               "\t\t\t\t0.30947\n"
-              "\t\t\t]\n"
-              "\t\t},\n"
-              "\t\t{\n"
-              "\t\t\t\"components\": [\n"
-              "\t\t\t\t1,\n"
-              "\t\t\t\t1,\n"
-              "\t\t\t\t1\n"
               "\t\t\t]\n"
               "\t\t},\n"
               "\t\t{\n"
@@ -55,9 +42,8 @@ TEST(SimplePaletteCoderTest, WritesWhatTheReferenceWriterWrites) {
 TEST(SimplePaletteCoderTest, ReadsWhatItWritesIncludingColoursOutsideSRGB) {
     const std::string file = R"({"name":"Wide","colors":[{"name":"Sea","components":[0.01033,0.13014,0.30947]},)"
                              R"({"name":"","components":[1.2,-0.05,0.5,0.4]}]})";
-    const Palette palette = decodeSimple(file);
+    const Palette palette = simpleCoder->decode(file);
     EXPECT_EQ(palette.name, "Wide");
-    EXPECT_EQ(palette.format, PaletteFormat::simplePalette);
     ASSERT_EQ(palette.colors.size(), 2u);
     EXPECT_EQ(palette.colors[0].name, "Sea");
     EXPECT_EQ(palette.colors[0].hexString(), "1a6597");
@@ -66,7 +52,7 @@ TEST(SimplePaletteCoderTest, ReadsWhatItWritesIncludingColoursOutsideSRGB) {
     EXPECT_LT(palette.colors[1].colorComponents[1], 0);
     EXPECT_DOUBLE_EQ(palette.colors[1].alpha, 0.4);
 
-    const Palette back = decodeSimple(simpleCoder->encode(palette));
+    const Palette back = simpleCoder->decode(simpleCoder->encode(palette));
     EXPECT_EQ(back.name, "Wide");
     ASSERT_EQ(back.colors.size(), 2u);
     for (std::size_t i = 0; i < 2; ++i) expectComponents(back.colors[i], ColorSpace::RGB, palette.colors[i].colorComponents, 1e-9);
@@ -75,7 +61,7 @@ TEST(SimplePaletteCoderTest, ReadsWhatItWritesIncludingColoursOutsideSRGB) {
 
 TEST(SimplePaletteCoderTest, RoundsToFiveDecimalsHalfToEven) {
     const auto written = [](const std::string& linear) {
-        const auto color = decodeSimple(R"({"colors":[{"components":[)" + linear + ",0,0]}]}");
+        const auto color = simpleCoder->decode(R"({"colors":[{"components":[)" + linear + ",0,0]}]}");
         const std::string text = simpleCoder->encode(Palette("", {color.colors.at(0)}));
         const auto start = text.find("[\n\t\t\t\t") + 6;
         return text.substr(start, text.find(',', start) - start);
@@ -87,18 +73,18 @@ TEST(SimplePaletteCoderTest, RoundsToFiveDecimalsHalfToEven) {
 }
 
 TEST(SimplePaletteCoderTest, ReadsLenientlyAndRefusesWhatIsNotAPalette) {
-    const Palette palette = decodeSimple(R"({"colors":[{"components":[0,0,0,1.5],"extra":1}],"version":"0.2"})");
+    const Palette palette = simpleCoder->decode(R"({"colors":[{"components":[0,0,0,1.5],"extra":1}],"version":"0.2"})");
     ASSERT_EQ(palette.colors.size(), 1u);
     EXPECT_EQ(palette.colors[0].alpha, 1);  // opacity held to 0...1
-    EXPECT_TRUE(decodeSimple(R"({"colors":[]})").colors.empty());
+    EXPECT_TRUE(simpleCoder->decode(R"({"colors":[]})").colors.empty());
     // A colour another format held far outside any range is written in range rather than as a
     // number that overflows.
     const Palette huge("", {Color(ColorSpace::RGB, {1e300, -1e300, 0.5})});
-    expectComponents(decodeSimple(simpleCoder->encode(huge)).colors.at(0), ColorSpace::RGB, {1, 0, 0.5}, 1e-5);
+    expectComponents(simpleCoder->decode(simpleCoder->encode(huge)).colors.at(0), ColorSpace::RGB, {1, 0, 0.5}, 1e-5);
 
     for (const char* text : {"", "[]", R"({"name":"x"})", R"({"colors":{}})", R"({"colors":[{"name":"x"}]})",
                              R"({"colors":[{"components":[1,0]}]})", R"({"colors":[{"components":[1,0,0,1,1]}]})",
                              R"({"colors":[{"components":[1,"0",0]}]})", R"({"colors":["#ff0000"]})",
                              R"({"colors":[{"components":[1e300,0,0]}]})"})
-        expectCommonError(Case::invalidFormat, [text] { decodeSimple(text); });
+        expectCommonError(Case::invalidFormat, [text] { simpleCoder->decode(text); });
 }

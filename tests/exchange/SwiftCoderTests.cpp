@@ -46,11 +46,3 @@ TEST(SwiftCoder, MakesValidUniqueIdentifiersFromAnyName) {
                              "        enum Type3 {", "        enum Group {"})
         EXPECT_NE(swift.find(line), std::string::npos) << line << "\n" << swift;
 }
-
-TEST(SwiftCoder, WritesOnly) {
-    LogCapture log;
-    const auto coder = makeSwiftCoder();
-    EXPECT_FALSE(coder->reads());
-    EXPECT_EQ(commonError([&] { coder->decode(std::string_view("import SwiftUI")); }), CommonError::Case::notImplemented);
-    EXPECT_TRUE(log.contains("Swift Coder: decode() not implemented", LogLevel::error));
-}
