@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "exchange/PaletteCoder.h"
 
@@ -18,28 +19,32 @@ enum class Spaces {
     mixed,  // RGB, CMYK, Lab and gray in turn
 };
 
-// `count` colours named "Colour N", of every colour type in turn, the RGB ones one in five translucent so
-// that the alpha paths run where a format has them. With a `groupSize` they stand in groups of that many
-// ("Group N") instead of the palette's own list.
-inline PAL::Palette samplePalette(std::size_t count, Spaces spaces = Spaces::rgb, std::size_t groupSize = 0) {
+// Colour `i` of the sample: named "Colour i", of every colour type in turn, the RGB ones one in five
+// translucent so that the alpha paths run where a format has them.
+inline PAL::Color sampleColor(std::size_t i, Spaces spaces) {
     using PAL::Color;
+    const double t = static_cast<double>(i % 256) / 255;
+    std::string name = "Colour " + std::to_string(i);
+    const auto type = static_cast<PAL::ColorType>(i % 3);
+    switch (spaces == Spaces::mixed ? i % 4 : spaces == Spaces::cmyk ? 1 : 0) {
+        case 0: return Color::rgb(t, 1 - t, 0.5, i % 5 == 0 ? 0.5 : 1, std::move(name), type);
+        case 1: return Color::cmyk(t, 0.2, 0.4, 0.1, 1, std::move(name), type);
+        case 2: return Color::lab(t * 100, -20, 30, 1, std::move(name), type);
+        default: return Color::gray(t, 1, std::move(name), type);
+    }
+}
+
+// `count` sample colours; with a `groupSize`, in groups of that many ("Group N") instead of the palette's
+// own list.
+inline PAL::Palette samplePalette(std::size_t count, Spaces spaces = Spaces::rgb, std::size_t groupSize = 0) {
     PAL::Palette palette("Bench");
-    palette.colors.reserve(groupSize ? 0 : count);
     for (std::size_t i = 0; i < count; ++i) {
-        const double t = static_cast<double>(i % 256) / 255;
-        std::string name = "Colour " + std::to_string(i);
-        const auto type = static_cast<PAL::ColorType>(i % 3);
-        const auto space = spaces == Spaces::mixed ? i % 4 : spaces == Spaces::cmyk ? 1 : 0;
-        Color color = space == 0   ? Color::rgb(t, 1 - t, 0.5, i % 5 == 0 ? 0.5 : 1, std::move(name), type)
-                      : space == 1 ? Color::cmyk(t, 0.2, 0.4, 0.1, 1, std::move(name), type)
-                      : space == 2 ? Color::lab(t * 100, -20, 30, 1, std::move(name), type)
-                                   : Color::gray(t, 1, std::move(name), type);
         if (!groupSize) {
-            palette.colors.push_back(std::move(color));
+            palette.colors.push_back(sampleColor(i, spaces));
             continue;
         }
         if (i % groupSize == 0) palette.groups.emplace_back("Group " + std::to_string(i / groupSize));
-        palette.groups.back().colors.push_back(std::move(color));
+        palette.groups.back().colors.push_back(sampleColor(i, spaces));
     }
     return palette;
 }
