@@ -1,9 +1,8 @@
-// Speed of the binary palette coders and the byte streams under them. Palettes are built once;
-// each iteration encodes or decodes a whole file.
-#include <benchmark/benchmark.h>
-
+// Speed of the binary palette coders and the byte streams under them, each coder at the palette sizes its
+// files reach (our own dcp up to 100,000 colours, the size of a large library export).
 #include <sstream>
 
+#include "bench/CoderBench.h"
 #include "exchange/BytesReader.h"
 #include "exchange/coders/Coders.h"
 
@@ -11,61 +10,31 @@ namespace {
 
 using namespace PAL;
 
-// `count` named colours, in groups of 16 when `grouped`, cycling through the four spaces if `mixed`.
-Palette samplePalette(size_t count, bool grouped, bool mixed) {
-    Palette palette("Bench");
-    for (size_t i = 0; i < count; ++i) {
-        const double t = static_cast<double>(i % 256) / 255;
-        Color color = Color::rgb(t, 1 - t, 0.5, 1, "Colour " + std::to_string(i));
-        if (mixed && i % 4 == 1) color = Color::cmyk(t, 0.2, 0.4, 0.1, 1, color.name);
-        if (mixed && i % 4 == 2) color = Color::lab(t * 100, -20, 30, 1, color.name);
-        if (mixed && i % 4 == 3) color = Color::gray(t, 1, color.name);
-        if (grouped) {
-            if (i % 16 == 0) palette.groups.push_back(Group("Group " + std::to_string(i / 16)));
-            palette.groups.back().colors.push_back(std::move(color));
-        } else {
-            palette.colors.push_back(std::move(color));
-        }
-    }
-    return palette;
+// state.range(0) RGB colours, for the formats that hold nothing else.
+Palette rgb(const benchmark::State& state) { return bench::samplePalette(static_cast<std::size_t>(state.range(0))); }
+// state.range(0) colours of every space, in groups, for the formats that keep spaces and groups.
+Palette mixed(const benchmark::State& state) {
+    return bench::samplePalette(static_cast<std::size_t>(state.range(0)), bench::Spaces::mixed, 100);
 }
 
-template <std::unique_ptr<PaletteCoder> (*make)()>
-void encode(benchmark::State& state, bool grouped, bool mixed) {
-    const auto coder = make();
-    const auto palette = samplePalette(static_cast<size_t>(state.range(0)), grouped, mixed);
-    size_t bytes = 0;
-    for (auto _ : state) {
-        const auto file = coder->encode(palette);
-        bytes += file.size();
-        benchmark::DoNotOptimize(file.data());
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(bytes));
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-
-template <std::unique_ptr<PaletteCoder> (*make)()>
-void decode(benchmark::State& state, bool grouped, bool mixed) {
-    const auto coder = make();
-    const auto file = coder->encode(samplePalette(static_cast<size_t>(state.range(0)), grouped, mixed));
-    for (auto _ : state) {
-        auto palette = coder->decode(file);
-        benchmark::DoNotOptimize(palette.colors.data());
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * file.size()));
-    state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-
-void ASEEncode(benchmark::State& s) { encode<makeASECoder>(s, true, true); }
-void ASEDecode(benchmark::State& s) { decode<makeASECoder>(s, true, true); }
-void ACOEncode(benchmark::State& s) { encode<makeACOCoder>(s, false, false); }
-void ACODecode(benchmark::State& s) { decode<makeACOCoder>(s, false, false); }
-void ACTEncode(benchmark::State& s) { encode<makeACTCoder>(s, false, false); }
-void ACTDecode(benchmark::State& s) { decode<makeACTCoder>(s, false, false); }
-void RIFFEncode(benchmark::State& s) { encode<makeRIFFCoder>(s, false, false); }
-void RIFFDecode(benchmark::State& s) { decode<makeRIFFCoder>(s, false, false); }
-void VGA24BitEncode(benchmark::State& s) { encode<makeVGA24BitCoder>(s, false, false); }
-void VGA24BitDecode(benchmark::State& s) { decode<makeVGA24BitCoder>(s, false, false); }
+void ASEEncode(benchmark::State& s) { bench::encodeEach(s, *makeASECoder(), mixed(s)); }
+void ASEDecode(benchmark::State& s) { bench::decodeEach(s, *makeASECoder(), mixed(s)); }
+void ACOEncode(benchmark::State& s) { bench::encodeEach(s, *makeACOCoder(), rgb(s)); }
+void ACODecode(benchmark::State& s) { bench::decodeEach(s, *makeACOCoder(), rgb(s)); }
+void ACTEncode(benchmark::State& s) { bench::encodeEach(s, *makeACTCoder(), rgb(s)); }
+void ACTDecode(benchmark::State& s) { bench::decodeEach(s, *makeACTCoder(), rgb(s)); }
+void RIFFEncode(benchmark::State& s) { bench::encodeEach(s, *makeRIFFCoder(), rgb(s)); }
+void RIFFDecode(benchmark::State& s) { bench::decodeEach(s, *makeRIFFCoder(), rgb(s)); }
+void VGA24BitEncode(benchmark::State& s) { bench::encodeEach(s, *makeVGA24BitCoder(), rgb(s)); }
+void VGA24BitDecode(benchmark::State& s) { bench::decodeEach(s, *makeVGA24BitCoder(), rgb(s)); }
+void DCPEncode(benchmark::State& s) { bench::encodeEach(s, *makeDCPCoder(), mixed(s)); }
+void DCPDecode(benchmark::State& s) { bench::decodeEach(s, *makeDCPCoder(), mixed(s)); }
+void CLFEncode(benchmark::State& s) { bench::encodeEach(s, *makeCLFCoder(), mixed(s)); }
+void CLFDecode(benchmark::State& s) { bench::decodeEach(s, *makeCLFCoder(), mixed(s)); }
+void ClipStudioPaintEncode(benchmark::State& s) { bench::encodeEach(s, *makeClipStudioPaintCoder(), mixed(s)); }
+void ClipStudioPaintDecode(benchmark::State& s) { bench::decodeEach(s, *makeClipStudioPaintCoder(), mixed(s)); }
+void XaraEncode(benchmark::State& s) { bench::encodeEach(s, *makeXaraCoder(), mixed(s)); }
+void XaraDecode(benchmark::State& s) { bench::decodeEach(s, *makeXaraCoder(), mixed(s)); }
 BENCHMARK(ASEEncode)->Arg(256)->Arg(4096);
 BENCHMARK(ASEDecode)->Arg(256)->Arg(4096);
 BENCHMARK(ACOEncode)->Arg(256)->Arg(4096);
@@ -76,6 +45,14 @@ BENCHMARK(RIFFEncode)->Arg(256)->Arg(4096);
 BENCHMARK(RIFFDecode)->Arg(256)->Arg(4096);
 BENCHMARK(VGA24BitEncode)->Arg(256)->Arg(4096);
 BENCHMARK(VGA24BitDecode)->Arg(256)->Arg(4096);
+BENCHMARK(DCPEncode)->Arg(4096)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(DCPDecode)->Arg(4096)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(CLFEncode)->Arg(4096)->Unit(benchmark::kMillisecond);
+BENCHMARK(CLFDecode)->Arg(4096)->Unit(benchmark::kMillisecond);
+BENCHMARK(ClipStudioPaintEncode)->Arg(4096)->Unit(benchmark::kMillisecond);
+BENCHMARK(ClipStudioPaintDecode)->Arg(4096)->Unit(benchmark::kMillisecond);
+BENCHMARK(XaraEncode)->Arg(4096)->Unit(benchmark::kMillisecond);
+BENCHMARK(XaraDecode)->Arg(4096)->Unit(benchmark::kMillisecond);
 
 // Reading a megabyte as big-endian 32-bit words, from memory and from a stream.
 void ReaderWordsFromMemory(benchmark::State& state) {

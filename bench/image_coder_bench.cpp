@@ -1,12 +1,11 @@
 // Speed of the image coder: sampling a 4-megapixel picture into a palette (with and without decoding
 // its file), and drawing a 1,000-colour palette as a swatch PNG.
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 #include <cmath>
 #include <random>
 #include <string>
 
+#include "bench/CoderBench.h"
 #include "exchange/coders/ImageCoder.h"
 #include "exchange/coders/ImageSampling.h"
 #include "exchange/coders/RasterImage.h"
@@ -69,19 +68,7 @@ void ImageDecodeJPEG4MP(benchmark::State& state) {
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * jpeg.size()));
 }
 
-void ImageEncodeSwatchPNG1000(benchmark::State& state) {
-    Palette palette("Thousand");
-    for (int i = 0; i < 1000; ++i) palette.colors.push_back(Color::rgb255(i % 256, (i * 7) % 256, (i * 13) % 256, 255, "Colour " + std::to_string(i)));
-    const ImageCoder coder;
-    std::size_t bytes = 0;
-    for (auto _ : state) {
-        const auto png = coder.encode(palette);
-        bytes += png.size();
-        benchmark::DoNotOptimize(png.data());
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(bytes));
-    state.SetItemsProcessed(state.iterations() * 1000);
-}
+void ImageEncodeSwatchPNG1000(benchmark::State& state) { bench::encodeEach(state, ImageCoder(), bench::samplePalette(1000)); }
 
 }  // namespace
 

@@ -2,5 +2,5 @@
 #include "fuzz/CoderRoundTrip.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    return fuzzCoderRoundTrip(data, size, PAL::makeACTCoder, 256);
+    return fuzzCoderRoundTrip(data, size, PAL::makeACTCoder, roundtrip::SameCount{256});
 }

@@ -1,4 +1,6 @@
 // Any bytes given to the hex list reader: no crash, no hang, no leak, and what it reads writes back stably.
-#include "fuzz/StableRoundTrip.h"
+#include "fuzz/CoderRoundTrip.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) { return fuzzStableRoundTrip(data, size, PAL::makeHexRGBACoder); }
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    return fuzzCoderRoundTrip(data, size, PAL::makeHexRGBACoder, roundtrip::Stable{});
+}

@@ -1,7 +1,7 @@
 // Any bytes given to the PaintShopPro decoder: no crash, no hang, no leak, and what it reads writes back to the
 // same colours (bytes, alpha left out).
-#include "fuzz/TextCoderRoundTrip.h"
+#include "fuzz/CoderRoundTrip.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    return fuzzTextCoderRoundTrip(data, size, PAL::makePaintShopProCoder, 1e-9, false);
+    return fuzzCoderRoundTrip(data, size, PAL::makePaintShopProCoder, roundtrip::SameColors{1e-9, false});
 }

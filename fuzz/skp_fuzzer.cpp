@@ -1,4 +1,6 @@
 // Any bytes given to the sK1 palette reader: no crash, no hang, no leak, and what it reads writes back stably.
-#include "fuzz/StableRoundTrip.h"
+#include "fuzz/CoderRoundTrip.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) { return fuzzStableRoundTrip(data, size, PAL::makeSKPCoder); }
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    return fuzzCoderRoundTrip(data, size, PAL::makeSKPCoder, roundtrip::Stable{});
+}

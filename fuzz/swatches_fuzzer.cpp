@@ -5,7 +5,8 @@
 #include "fuzz/CoderRoundTrip.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    fuzzCoderRoundTrip(data, size, PAL::makeSwatchesCoder, 30);
+    const roundtrip::SameCount procreateSlots{30};
+    fuzzCoderRoundTrip(data, size, PAL::makeSwatchesCoder, procreateSlots);
     const std::string archive = PAL::zip::write({{"Swatches.json", std::string_view(reinterpret_cast<const char*>(data), size)}});
-    return fuzzCoderRoundTrip(reinterpret_cast<const uint8_t*>(archive.data()), archive.size(), PAL::makeSwatchesCoder, 30);
+    return fuzzCoderRoundTrip(reinterpret_cast<const uint8_t*>(archive.data()), archive.size(), PAL::makeSwatchesCoder, procreateSlots);
 }

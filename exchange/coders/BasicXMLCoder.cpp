@@ -24,11 +24,7 @@ std::vector<double> componentList(std::string_view text) {
     std::string spaced(text);
     std::replace(spaced.begin(), spaced.end(), ',', ' ');
     std::vector<double> values;
-    for (const auto word : textfile::words(spaced)) {
-        const auto value = textfile::number(word);
-        if (!value) throw CommonError(CommonError::Case::invalidFormat);
-        values.push_back(*value);
-    }
+    for (const auto word : textfile::words(spaced)) values.push_back(textfile::requiredNumber(word));
     return values;
 }
 

@@ -89,15 +89,25 @@ void writeText(BytesParser::BytesWriter& out, std::string_view text) {
     out.writeBytes(text);
 }
 
-void readSignature(WholeFile& file, std::string_view magic, uint16_t version) {
+void requireMagic(WholeFile& file, std::string_view magic) {
     if (file.size() < magic.size() || !holds(file.readBytes(magic.size()), 0, magic))
         throw CommonError(CommonError::Case::invalidFormat);
-    if (file.read<uint16_t>() != version) throw CommonError(CommonError::Case::invalidVersion);
 }
 
-void writeSignature(BytesParser::BytesWriter& out, std::string_view magic, uint16_t version) {
-    out.writeBytes(magic);
-    out.writeInteger<uint16_t>(version, little);
+Palette readOpening(WholeFile& file, const OwnFormat& own) {
+    requireMagic(file, own.magic);
+    if (file.read<uint16_t>() != own.version) throw CommonError(CommonError::Case::invalidVersion);
+    Palette palette(readText(file));
+    palette.format = own.format;
+    return palette;
+}
+
+BytesParser::BytesWriter writeOpening(const OwnFormat& own, const Palette& palette) {
+    BytesParser::BytesWriter out;
+    out.writeBytes(own.magic);
+    out.writeInteger<uint16_t>(own.version, little);
+    writeText(out, palette.name);
+    return out;
 }
 
 void requireEnd(const WholeFile& file) {

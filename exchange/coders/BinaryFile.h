@@ -61,19 +61,39 @@ Palette refusingShortReads(Decode&& decode) {
 
 // Whether `tag` stands in `bytes` at `at` (tags are written as text, compared as bytes).
 bool holds(std::span<const uint8_t> bytes, size_t at, std::string_view tag);
+// Reads the file's first bytes; throws CommonError invalidFormat unless they are `magic`.
+void requireMagic(WholeFile& file, std::string_view magic);
 
 // UTF-16 text as other programs write it: a unit left unpaired (a name cut in the middle of a
 // surrogate pair) becomes U+FFFD instead of costing the whole name. A trailing odd byte is dropped.
 std::string lenientUTF16(std::span<const uint8_t> bytes, BytesParser::Endianness endianness);
 
-// Our own formats (dcp, clf) open with a magic and a u16 version and hold nothing after their
-// content; anything else is refused.
+// Our own formats (dcp, clf) open with a magic, a u16 version and the palette's name, and hold
+// nothing after their content; anything else is refused.
+struct OwnFormat {
+    PaletteFormat format;
+    std::string_view magic;
+    uint16_t version;
+};
 
-// Throws CommonError invalidFormat for another magic, invalidVersion for another version.
-void readSignature(WholeFile& file, std::string_view magic, uint16_t version);
-void writeSignature(BytesParser::BytesWriter& out, std::string_view magic, uint16_t version);
+// The palette named by the opening and tagged with the format. Throws CommonError invalidFormat for
+// another magic, invalidVersion for another version.
+Palette readOpening(WholeFile& file, const OwnFormat& own);
 // Throws CommonError invalidFormat when bytes remain.
 void requireEnd(const WholeFile& file);
+// The whole decode: the opening, `readContent(file, palette)`, the end, with short reads refused.
+template <typename ReadContent>
+Palette readOwnFormat(BytesParser::BytesReader& source, const OwnFormat& own, ReadContent&& readContent) {
+    return refusingShortReads([&] {
+        WholeFile file(source);
+        Palette palette = readOpening(file, own);
+        readContent(file, palette);
+        requireEnd(file);
+        return palette;
+    });
+}
+// The opening of `palette`'s file, for the content to follow.
+BytesParser::BytesWriter writeOpening(const OwnFormat& own, const Palette& palette);
 // An f64 that must be a number: invalidFormat for an infinity or NaN, read or written.
 double readNumber(WholeFile& file);
 void writeNumber(BytesParser::BytesWriter& out, double value);

@@ -15,8 +15,7 @@ using BytesParser::BytesWriter;
 using binaryfile::WholeFile;
 using Case = CommonError::Case;
 
-constexpr std::string_view magic{"\x89" "CLF", 4};
-constexpr uint16_t version = 1;
+constexpr binaryfile::OwnFormat clf{PaletteFormat::clf, {"\x89" "CLF", 4}, 1};
 // An empty name, L, a, b and alpha.
 constexpr size_t smallestColor = 4 + 4 * 8;
 
@@ -34,11 +33,7 @@ public:
     using PaletteCoder::decode;
 
     Palette decode(BytesParser::BytesReader& source) const override {
-        return binaryfile::refusingShortReads([&] {
-            WholeFile file(source);
-            binaryfile::readSignature(file, magic, version);
-            Palette palette(binaryfile::readText(file));
-            palette.format = PaletteFormat::clf;
+        return binaryfile::readOwnFormat(source, clf, [](WholeFile& file, Palette& palette) {
             const auto count = binaryfile::readCount(file, smallestColor);
             palette.colors.reserve(count);
             for (uint32_t i = 0; i < count; ++i) {
@@ -48,16 +43,12 @@ public:
                 if (values[3] < 0 || values[3] > 1) throw CommonError(Case::invalidFormat);
                 palette.colors.push_back(Color::lab(values[0], values[1], values[2], values[3], std::move(name)));
             }
-            binaryfile::requireEnd(file);
-            return palette;
         });
     }
 
     std::string encode(const Palette& palette) const override {
         const auto colors = palette.allColors();
-        BytesWriter out;
-        binaryfile::writeSignature(out, magic, version);
-        binaryfile::writeText(out, palette.name);
+        BytesWriter out = binaryfile::writeOpening(clf, palette);
         binaryfile::writeCount(out, colors.size());
         for (const auto& color : colors) {
             binaryfile::writeText(out, color.name);

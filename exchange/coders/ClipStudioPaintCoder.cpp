@@ -126,8 +126,7 @@ public:
     Palette decode(BytesParser::BytesReader& source) const override {
         return binaryfile::refusingShortReads([&] {
             WholeFile file(source);
-            if (file.size() < magic.size() || !binaryfile::holds(file.readBytes(magic.size()), 0, magic))
-                throw CommonError(Case::invalidFormat);
+            binaryfile::requireMagic(file, magic);
             file.read<uint16_t>();  // version: any other is taken only when every length below agrees
 
             const auto nameBlock = file.read<uint32_t>();

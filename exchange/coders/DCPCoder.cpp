@@ -14,8 +14,7 @@ using BytesParser::BytesWriter;
 using binaryfile::WholeFile;
 using Case = CommonError::Case;
 
-constexpr std::string_view magic{"\x89" "DCP", 4};
-constexpr uint16_t version = 1;
+constexpr binaryfile::OwnFormat dcp{PaletteFormat::dcp, {"\x89" "DCP", 4}, 1};
 
 // The stored codes, fixed by the file format whatever the enumerations' order becomes.
 constexpr std::array<ColorSpace, 4> spaceCodes = {ColorSpace::CMYK, ColorSpace::RGB, ColorSpace::LAB, ColorSpace::Gray};
@@ -74,11 +73,7 @@ public:
     using PaletteCoder::decode;
 
     Palette decode(BytesParser::BytesReader& source) const override {
-        return binaryfile::refusingShortReads([&] {
-            WholeFile file(source);
-            binaryfile::readSignature(file, magic, version);
-            Palette palette(binaryfile::readText(file));
-            palette.format = PaletteFormat::dcp;
+        return binaryfile::readOwnFormat(source, dcp, [](WholeFile& file, Palette& palette) {
             palette.colors = readColors(file);
             const auto groupCount = binaryfile::readCount(file, smallestGroup);
             palette.groups.reserve(groupCount);
@@ -86,15 +81,11 @@ public:
                 auto name = binaryfile::readText(file);
                 palette.groups.emplace_back(std::move(name), readColors(file));
             }
-            binaryfile::requireEnd(file);
-            return palette;
         });
     }
 
     std::string encode(const Palette& palette) const override {
-        BytesWriter out;
-        binaryfile::writeSignature(out, magic, version);
-        binaryfile::writeText(out, palette.name);
+        BytesWriter out = binaryfile::writeOpening(dcp, palette);
         writeColors(out, palette.colors);
         binaryfile::writeCount(out, palette.groups.size());
         for (const auto& group : palette.groups) {

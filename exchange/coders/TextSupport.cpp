@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "exchange/BytesReader.h"
+#include "exchange/PalErrors.h"
 
 namespace PAL::textfile {
 
@@ -234,6 +235,12 @@ std::optional<double> number(std::string_view token) {
     const auto [end, error] = std::from_chars(token.data(), token.data() + token.size(), value);
     if (error != std::errc() || end != token.data() + token.size() || !std::isfinite(value)) return std::nullopt;
     return value;
+}
+
+double requiredNumber(std::string_view token) {
+    const auto value = number(token);
+    if (!value) throw CommonError(CommonError::Case::invalidFormat);
+    return *value;
 }
 
 std::optional<std::string_view> hexColorDigits(std::string_view token) {

@@ -56,6 +56,8 @@ std::optional<long long> integer(std::string_view token);
 // A whole token as a C-locale decimal number (optional sign, '.', exponent); nullopt otherwise,
 // and for infinities and NaN.
 std::optional<double> number(std::string_view token);
+// The same for a field that must hold a number: throws CommonError invalidFormat otherwise.
+double requiredNumber(std::string_view token);
 // The hex digits of a colour token: 6 or 8 hex digits, or 3 or 4 after a '#' or "0x" (without one,
 // "123" is a number and "bad" a word); nullopt for any other token.
 std::optional<std::string_view> hexColorDigits(std::string_view token);

@@ -8,7 +8,6 @@
 #include <cctype>
 #include <cmath>
 
-#include "exchange/BytesReader.h"
 #include "exchange/ExchangeLog.h"
 #include "exchange/PalErrors.h"
 #include "exchange/coders/TextSupport.h"
@@ -20,17 +19,12 @@ namespace PAL {
 
 namespace {
 
+using textfile::requiredNumber;
 using textfile::trimmed;
 
 enum class Model { rgb, hsv, cmyk };
 
 CommonError invalidFormat() { return CommonError(CommonError::Case::invalidFormat); }
-
-double numberOf(std::string_view token) {
-    const auto value = textfile::number(token);
-    if (!value) throw invalidFormat();
-    return *value;
-}
 
 RGB rgbFrom255(double r, double g, double b) {
     return {std::clamp(r / 255, 0.0, 1.0), std::clamp(g / 255, 0.0, 1.0), std::clamp(b / 255, 0.0, 1.0), 1};
@@ -48,7 +42,7 @@ RGB fromCMYK(double c, double m, double y, double k) {
 // A colour given as separate numbers, read by the table's colour model.
 RGB numericColor(const std::vector<std::string_view>& values, Model model) {
     std::vector<double> n;
-    for (const auto value : values) n.push_back(numberOf(value));
+    for (const auto value : values) n.push_back(requiredNumber(value));
     if (n.size() == 4) return fromCMYK(n[0], n[1], n[2], n[3]);
     if (n.size() == 1) return rgbFrom255(n[0], n[0], n[0]);
     return model == Model::hsv ? fromHSV(n[0], n[1], n[2]) : rgbFrom255(n[0], n[1], n[2]);
@@ -58,7 +52,7 @@ RGB numericColor(const std::vector<std::string_view>& values, Model model) {
 RGB tokenColor(std::string_view token, Model model) {
     double alpha = 1;
     if (const auto at = token.find('@'); at != std::string_view::npos) {
-        alpha = 1 - std::clamp(numberOf(token.substr(at + 1)), 0.0, 100.0) / 100;
+        alpha = 1 - std::clamp(requiredNumber(token.substr(at + 1)), 0.0, 100.0) / 100;
         token = token.substr(0, at);
     }
     RGB color;
@@ -68,7 +62,7 @@ RGB tokenColor(std::string_view token, Model model) {
     } else if (const auto slashes = textfile::fields(token, '/'); slashes.size() == 3 || slashes.size() == 4) {
         color = numericColor(slashes, model);
     } else if (const auto hyphens = textfile::fields(token, '-'); hyphens.size() == 3 && !hyphens[0].empty()) {
-        color = fromHSV(numberOf(hyphens[0]), numberOf(hyphens[1]), numberOf(hyphens[2]));
+        color = fromHSV(requiredNumber(hyphens[0]), requiredNumber(hyphens[1]), requiredNumber(hyphens[2]));
     } else if (textfile::number(token)) {
         color = numericColor({token}, model);
     } else if (const auto named = cssColor(token)) {
@@ -97,7 +91,7 @@ Slice sliceLine(std::vector<std::string_view> tokens, Model model) {
     const auto color = [model](const std::vector<std::string_view>& values) {
         return values.size() == 1 ? tokenColor(values.front(), model) : numericColor(values, model);
     };
-    return {numberOf(tokens[0]), numberOf(tokens[half]), color(first), color(second)};
+    return {requiredNumber(tokens[0]), requiredNumber(tokens[half]), color(first), color(second)};
 }
 
 std::optional<Model> modelComment(std::string_view comment) {
@@ -169,9 +163,7 @@ public:
     using GradientsCoder::decode;
 
     Gradients decode(BytesParser::BytesReader& reader) const override {
-        const auto bytes = reader.readAll();
-        const std::string content =
-            textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        const std::string content = textfile::readText(reader);
         Model model = Model::rgb;
         std::string name;
         std::vector<Slice> slices;
@@ -196,11 +188,7 @@ public:
 
         Gradient gradient = slices.empty() ? gradientFromKeys(keyColors) : gradientFromSlices(slices, model);
         gradient.name = name;
-        gradient.normalize();
-        Gradients gradients;
-        gradients.format = GradientsFormat::colorPaletteTables;
-        gradients.gradients.push_back(std::move(gradient));
-        return gradients;
+        return singleGradient(GradientsFormat::colorPaletteTables, std::move(gradient));
     }
 
     std::string encode(const Gradients& gradients) const override {

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <numbers>
 
-#include "exchange/BytesReader.h"
 #include "exchange/PalErrors.h"
 #include "exchange/coders/TextSupport.h"
 #include "exchange/gradients/GradientCoders.h"
@@ -16,6 +15,7 @@ namespace PAL {
 
 namespace {
 
+using textfile::requiredNumber;
 using textfile::shortest;
 using textfile::trimmed;
 
@@ -36,12 +36,6 @@ struct Segment {
 
 CommonError invalidFormat() { return CommonError(CommonError::Case::invalidFormat); }
 
-double numberField(std::string_view token) {
-    const auto value = textfile::number(token);
-    if (!value) throw invalidFormat();
-    return *value;
-}
-
 int smallInteger(std::string_view token, int largest) {
     const auto value = textfile::integer(token);
     if (!value || *value < 0 || *value > largest) throw invalidFormat();
@@ -51,8 +45,8 @@ int smallInteger(std::string_view token, int largest) {
 // Foreground and background endpoints take the colour stored with them (the one the editor last
 // showed); the "transparent" kinds (2 and 4) take it with no alpha.
 RGB endpointColor(const std::vector<std::string_view>& fields, std::size_t first, int endpointType) {
-    RGB color{std::clamp(numberField(fields[first]), 0.0, 1.0), std::clamp(numberField(fields[first + 1]), 0.0, 1.0),
-              std::clamp(numberField(fields[first + 2]), 0.0, 1.0), std::clamp(numberField(fields[first + 3]), 0.0, 1.0)};
+    RGB color{std::clamp(requiredNumber(fields[first]), 0.0, 1.0), std::clamp(requiredNumber(fields[first + 1]), 0.0, 1.0),
+              std::clamp(requiredNumber(fields[first + 2]), 0.0, 1.0), std::clamp(requiredNumber(fields[first + 3]), 0.0, 1.0)};
     if (endpointType == 2 || endpointType == 4) color.af = 0;
     return color;
 }
@@ -63,9 +57,9 @@ Segment segmentLine(std::string_view line) {
     const int leftType = fields.size() == 15 ? smallInteger(fields[13], 4) : 0;
     const int rightType = fields.size() == 15 ? smallInteger(fields[14], 4) : 0;
     Segment segment;
-    segment.left = numberField(fields[0]);
-    segment.middle = numberField(fields[1]);
-    segment.right = numberField(fields[2]);
+    segment.left = requiredNumber(fields[0]);
+    segment.middle = requiredNumber(fields[1]);
+    segment.right = requiredNumber(fields[2]);
     segment.leftColor = endpointColor(fields, 3, leftType);
     segment.rightColor = endpointColor(fields, 7, rightType);
     segment.blending = static_cast<Blending>(smallInteger(fields[11], 5));
@@ -171,9 +165,7 @@ public:
     using GradientsCoder::decode;
 
     Gradients decode(BytesParser::BytesReader& reader) const override {
-        const auto bytes = reader.readAll();
-        const std::string content =
-            textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        const std::string content = textfile::readText(reader);
         const auto lines = textfile::splitLines(content);
         if (lines.empty() || !lines.front().starts_with(magic)) throw invalidFormat();
 
@@ -200,12 +192,7 @@ public:
             previousRight = segment.right;
         }
         gradient.stops = stops.take();
-        gradient.normalize();
-
-        Gradients gradients;
-        gradients.format = GradientsFormat::gimp;
-        gradients.gradients.push_back(std::move(gradient));
-        return gradients;
+        return singleGradient(GradientsFormat::gimp, std::move(gradient));
     }
 
     std::string encode(const Gradients& gradients) const override {

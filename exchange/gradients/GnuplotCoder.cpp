@@ -7,7 +7,6 @@
 #include <cctype>
 #include <cmath>
 
-#include "exchange/BytesReader.h"
 #include "exchange/ExchangeLog.h"
 #include "exchange/PalErrors.h"
 #include "exchange/coders/TextSupport.h"
@@ -20,17 +19,12 @@ namespace PAL {
 namespace {
 
 using textfile::lowercased;
+using textfile::requiredNumber;
 using textfile::trimmed;
 
 enum class Model { rgb, hsv, cmy };
 
 CommonError invalidFormat() { return CommonError(CommonError::Case::invalidFormat); }
-
-double numberOf(std::string_view token) {
-    const auto value = textfile::number(token);
-    if (!value) throw invalidFormat();
-    return *value;
-}
 
 RGB tripleColor(double a, double b, double c, Model model) {
     a = std::clamp(a, 0.0, 1.0), b = std::clamp(b, 0.0, 1.0), c = std::clamp(c, 0.0, 1.0);
@@ -66,7 +60,7 @@ std::vector<Entry> dataFileEntries(const std::vector<std::string_view>& lines) {
         if (text.empty()) continue;
         const auto tokens = textfile::words(text);
         const double index = static_cast<double>(entries.size());
-        const auto n = [&tokens](std::size_t i) { return numberOf(tokens[i]); };
+        const auto n = [&tokens](std::size_t i) { return requiredNumber(tokens[i]); };
         if (tokens.size() == 4) entries.push_back({n(0), tripleColor(n(1), n(2), n(3), Model::rgb)});
         else if (tokens.size() == 3) entries.push_back({index, tripleColor(n(0), n(1), n(2), Model::rgb)});
         else if (tokens.size() == 2 && packedColor(tokens[1])) entries.push_back({n(0), *packedColor(tokens[1])});
@@ -94,15 +88,15 @@ Entry definedEntry(std::string_view entry, Model model) {
     if (quote == std::string_view::npos) {
         const auto tokens = textfile::words(entry);
         if (tokens.size() != 4) throw invalidFormat();
-        return {numberOf(tokens[0]), tripleColor(numberOf(tokens[1]), numberOf(tokens[2]), numberOf(tokens[3]), model)};
+        return {requiredNumber(tokens[0]), tripleColor(requiredNumber(tokens[1]), requiredNumber(tokens[2]), requiredNumber(tokens[3]), model)};
     }
     const auto close = entry.find(entry[quote], quote + 1);
     if (close == std::string_view::npos || !trimmed(entry.substr(close + 1)).empty()) throw invalidFormat();
     const std::string name = lowercased(trimmed(entry.substr(quote + 1, close - quote - 1)));
-    if (name.starts_with('#')) return {numberOf(trimmed(entry.substr(0, quote))), hexColor(name)};
+    if (name.starts_with('#')) return {requiredNumber(trimmed(entry.substr(0, quote))), hexColor(name)};
     const auto hex = gnuplotColorHex(name);
     if (!hex) throw invalidFormat();
-    return {numberOf(trimmed(entry.substr(0, quote))), parseHex(hex->substr(1), ColorByteFormat::rgb)};
+    return {requiredNumber(trimmed(entry.substr(0, quote))), parseHex(hex->substr(1), ColorByteFormat::rgb)};
 }
 
 std::vector<Entry> definedEntries(const std::string& text) {
@@ -136,9 +130,7 @@ public:
     using GradientsCoder::decode;
 
     Gradients decode(BytesParser::BytesReader& reader) const override {
-        const auto bytes = reader.readAll();
-        const std::string content =
-            textfile::fromBytes(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+        const std::string content = textfile::readText(reader);
         const auto lines = textfile::splitLines(content);
         const std::string command = lowercased(content);
         const bool isCommand = command.find("defined") != std::string::npos && command.find("palette") != std::string::npos;
@@ -146,11 +138,7 @@ public:
         Gradient gradient = gradientFromEntries(isCommand ? definedEntries(command) : dataFileEntries(lines));
         if (!isCommand && !lines.empty() && trimmed(lines.front()).starts_with('#'))
             gradient.name = std::string(trimmed(trimmed(lines.front()).substr(1)));
-        gradient.normalize();
-        Gradients gradients;
-        gradients.format = GradientsFormat::gnuplot;
-        gradients.gradients.push_back(std::move(gradient));
-        return gradients;
+        return singleGradient(GradientsFormat::gnuplot, std::move(gradient));
     }
 
     std::string encode(const Gradients& gradients) const override {

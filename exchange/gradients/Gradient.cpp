@@ -31,6 +31,14 @@ RGB Gradient::colorAt(double t) const {
     return mixed(before.color.rgb(), after->color.rgb(), (t - before.position) / (after->position - before.position));
 }
 
+Gradients singleGradient(GradientsFormat format, Gradient gradient) {
+    gradient.normalize();
+    Gradients gradients;
+    gradients.format = format;
+    gradients.gradients.push_back(std::move(gradient));
+    return gradients;
+}
+
 const std::vector<Gradient>& writableGradients(const Gradients& gradients) {
     if (gradients.gradients.empty()) throw CommonError(CommonError::Case::notEnoughColorsToGenerateGradient);
     return gradients.gradients;

@@ -35,6 +35,8 @@ struct Gradients {
     std::optional<GradientsFormat> format;  // set by every decoder
 };
 
+// What a reader of a format that holds one gradient returns: `gradient` normalised, tagged with the format.
+Gradients singleGradient(GradientsFormat format, Gradient gradient);
 // The gradients a writer writes. Throws CommonError notEnoughColorsToGenerateGradient when there is none.
 const std::vector<Gradient>& writableGradients(const Gradients& gradients);
 // The one gradient of a file for formats that hold one. Throws CommonError notEnoughColorsToGenerateGradient
