@@ -198,16 +198,19 @@ int runConvert(CommandContext& context, const Command& command) {
             return fail(context, "reading the " + std::string(PAL::info(**from).caseName) + " format is not possible");
     }
 
-    // The writing coder: the named one, else the first in case order that takes the output's extension.
-    std::unique_ptr<PAL::PaletteCoder> writer;
+    // The writing coder: the named one, else the first in trial order that takes the output's extension
+    // (for .rgb255, the 0...255 form of RGB text).
+    std::unique_ptr<PAL::PaletteCoder> namedWriter;
+    const PAL::PaletteCoder* writer = nullptr;
     if (*to) {
-        writer = PAL::coder(**to);
+        namedWriter = PAL::coder(**to);
+        writer = namedWriter.get();
     } else {
         const auto candidates = PAL::codersForPath(args->output);
         if (candidates.empty())
             return fail(context, args->output + ": no palette format writes files ending in " +
                                      quoted("." + fileExtension(args->output)) + " (name one with --to)");
-        writer = PAL::coder(candidates.front()->format());
+        writer = candidates.front();
     }
     const auto& writerInfo = PAL::info(writer->format());
     if (!writer->writes()) {

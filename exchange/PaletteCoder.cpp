@@ -125,10 +125,22 @@ const std::vector<std::unique_ptr<PaletteCoder>>& textCoders() {
     return coders;
 }
 
+namespace {
+
+// RGB text also comes in a 0...255 form with a name, extension and type identifier of its own but no case of
+// the format table: its coder stands before the table's for its extension, and answers to its type.
+const PaletteCoder& rgb255Coder() {
+    static const auto coder = makeRGB255Coder();
+    return *coder;
+}
+
+}  // namespace
+
 std::vector<const PaletteCoder*> coders(std::string_view extension) {
     const std::string wanted = lowercased(extension);
     std::vector<const PaletteCoder*> matching;
     if (wanted.empty()) return matching;
+    if (rgb255Coder().fileExtension() == std::vector<std::string>{wanted}) matching.push_back(&rgb255Coder());
     for (const auto& candidate : allCoders()) {
         const auto& extensions = info(candidate->format()).extensions;
         if (std::find(extensions.begin(), extensions.end(), wanted) != extensions.end()) matching.push_back(candidate.get());
@@ -141,9 +153,7 @@ std::vector<const PaletteCoder*> codersForPath(const std::string& path) { return
 // Without a system type registry, a type's preferred extension is the first extension of the format
 // that declares it.
 const PaletteCoder* coderForUTType(std::string_view utType) {
-    // RGB text also answers to a second type, the one of its 0...255 form, through a coder of its own.
-    static const auto rgb255 = makeRGB255Coder();
-    if (utType == rgb255UTType) return rgb255.get();
+    if (utType == rgb255UTType) return &rgb255Coder();
     std::optional<std::string> preferred;
     for (const auto& entry : paletteFormats()) {
         if (entry.utType == utType && !entry.extensions.empty()) {

@@ -206,3 +206,11 @@ TEST_F(ExchangeCommandsTest, GradientConversionsSayWhyTheyFailAndLeaveNothingBeh
 }
 
 }  // namespace
+
+TEST_F(ExchangeCommandsTest, RGB255FilesAreWrittenAndReadInWholeNumbers) {
+    ASSERT_EQ(run({"convert", write("two.gpl", gimpPalette), path("two.rgb255")}), exitDone) << err.str();
+    EXPECT_NE(read("two.rgb255").find("255   0   0\tRed\n"), std::string::npos) << read("two.rgb255");
+    // Read back on the 0...255 scale, so 0 0 255 stays blue rather than becoming nearly black.
+    ASSERT_EQ(run({"convert", path("two.rgb255"), path("again.gpl")}), exitDone) << err.str();
+    EXPECT_NE(read("again.gpl").find("  0   0 255\tBlue"), std::string::npos) << read("again.gpl");
+}
