@@ -46,7 +46,6 @@ TEST(GIMPGradientCoderTest, RoundTripsStopsHardEdgesAndAlpha) {
     EXPECT_EQ(twoTone.name, "Two Tone line");
     expectStops(twoTone, {{0, "ff0000"}, {0.5, "ff0000"}, {0.5, "0000ff"}, {1, "0000ff"}});
     expectSameStops(decodeGGR(encode(GradientsFormat::gimp, gradients({ember()}))), ember());
-    expectCommonError(Case::invalidFormat, [] { encode(GradientsFormat::gimp, gradients({ember(), ember()})); });
 }
 
 TEST(GIMPGradientCoderTest, SegmentsBecomeStopsExactlyWhereStopsCanHoldThem) {
@@ -93,7 +92,7 @@ TEST(GIMPGradientCoderTest, ReadsOlderAndOtherProgramsFilesTolerantly) {
 TEST(GIMPGradientCoderTest, RefusesWhatGIMPRefuses) {
     const std::string line = "0 0.5 1 0 0 0 1 1 1 1 1 0 0\n";
     for (const std::string& text :
-         {std::string(""), std::string("GIMP Palette\nName: X\n1\n") + line, ggr(line, "0"), ggr(line, "2"), ggr(line, "x"),
+         {std::string(""), ggr(line, "0"), ggr(line, "2"), ggr(line, "x"),
           ggr("0 0.5 1 0 0 0 1 1 1 1 1 0\n"), ggr("0 0.5 1 0 0 0 1 1 1 1 1 0 0 0\n"), ggr("0 0.5 1 0 0 0 1 1 1 1 1 6 0\n"),
           ggr("0 0.5 1 0 0 0 1 1 1 1 1 0 3\n"), ggr("0 0.5 1 0 0 0 1 1 1 1 1 0 0 5 0\n"), ggr("0 0.5 1 0 0 0 1 1 1 1 x 0 0\n"),
           ggr("0 0.7 0.5 0 0 0 1 1 1 1 1 0 0\n0.5 0.6 1 0 0 0 1 1 1 1 1 0 0\n", "2"), ggr("0.1 0.5 1 0 0 0 1 1 1 1 1 0 0\n"),
@@ -169,19 +168,4 @@ TEST(GIMPGradientCoderTest, EveryGradientGIMPAndKritaShipOpensWithItsSegments) {
         }
     }
     EXPECT_EQ(files, 78u + 17u);
-
-    const Gradient fourBars = decodeGGR(realFile("gimp-data/Four_bars.ggr"));
-    EXPECT_EQ(fourBars.name, "Four bars");
-    EXPECT_EQ(fourBars.stops.size(), 9u);  // eight segments meeting with equal colours
-    const Gradient flare = decodeGGR(realFile("gimp-data/Flare_Glow_Angular_1.ggr"));
-    bool alphaJump = false;
-    for (std::size_t i = 0; i + 1 < flare.stops.size(); ++i)
-        alphaJump = alphaJump || (std::abs(flare.stops[i].position - 0.959015) < 1e-6 &&
-                                  flare.stops[i + 1].position == flare.stops[i].position);
-    EXPECT_TRUE(alphaJump);
-    const Gradient spectrum = decodeGGR(realFile("gimp-data/Full_saturation_spectrum_CCW.ggr"));
-    EXPECT_TRUE(sameRGBA(spectrum.colorAt(1.0 / 3), {0, 1, 0, 1}, 2.0 / 255));
-    const Gradient glare = decodeGGR(realFile("krita-data/GPS-FG-Glare.ggr"));
-    EXPECT_EQ(glare.name, "GPS FG Glare");
-    EXPECT_EQ(glare.stops.back().color.rgb().af, 0);
 }

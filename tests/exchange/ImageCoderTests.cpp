@@ -94,14 +94,14 @@ TEST(ImageCoder, ImageExportTypeSharesOneSizeAmongEqualSwatches) {
     EXPECT_EQ(image.rgba[99 * 4 + 3], 0) << "the remainder of 100 / 3 stays transparent";
     EXPECT_EQ(hexes(coder.decode(coder.encode(palette)).colors), hexes(palette.colors));
 
-    coder.exportType = ImageCoder::ExportType::image({2, 50});
-    expectCommonError(Case::cannotCreateImage, [&] { coder.encode(palette); });
-    coder.exportType = ImageCoder::ExportType::swatch({NAN, 10});
-    expectCommonError(Case::cannotCreateImage, [&] { coder.encode(palette); });
-    coder.exportType = ImageCoder::ExportType::swatch({10000, 10000});
-    expectCommonError(Case::cannotCreateImage, [&] { coder.encode(palette); });
-    coder.exportType = ImageCoder::ExportType::swatch({10, 10});
-    expectCommonError(Case::cannotCreateImage, [&] { coder.encode(Palette("Nothing", {}, {Group("Empty")})); });
+    // Narrower than a pixel per swatch, no size, too large a picture, nothing to draw.
+    for (const auto& [type, drawn] : {std::pair{ImageCoder::ExportType::image({2, 50}), palette},
+                                      {ImageCoder::ExportType::swatch({NAN, 10}), palette},
+                                      {ImageCoder::ExportType::swatch({10000, 10000}), palette},
+                                      {ImageCoder::ExportType::swatch({10, 10}), Palette("Nothing", {}, {Group("Empty")})}}) {
+        coder.exportType = type;
+        expectCommonError(Case::cannotCreateImage, [&] { coder.encode(drawn); });
+    }
 }
 
 TEST(ImageCoder, JPEGSwatchesReadBackWithinATolerance) {
@@ -160,14 +160,12 @@ TEST(ImageCoder, RefusesWhatItCannotSafelyRead) {
     const std::string onePixel = handMadePNG(1, 1, std::string("\x00\x10\x20\x30\xFF", 5));
     EXPECT_EQ(hexes(coder.decode(onePixel).colors), (std::vector<std::string>{"102030ff"})) << "the hand-made PNG itself is sound";
 
-    for (const std::string& bytes : {std::string(), std::string("GIMP Palette\nName: Not a picture\n"),
-                                     std::string("BM") + std::string(60, '\0'), onePixel.substr(0, 40)})
+    for (const std::string& bytes : {std::string(), onePixel.substr(0, 40)})
         expectCommonError(Case::invalidFormat, [&] { coder.decode(bytes); });
     // A declared size past the limit is refused from the header, before anything is inflated.
     expectCommonError(Case::invalidFormat, [&] { coder.decode(handMadePNG(7000, 7000, std::string(16, '\0'))); });
     // A decompression bomb behind a small declared size: 64 MB of image data for one pixel.
     expectCommonError(Case::invalidFormat, [&] { coder.decode(handMadePNG(1, 1, std::string(64 << 20, '\0'))); });
-    expectCommonError(Case::unsupportedPaletteType, [&] { decode(std::string_view("not a picture"), "png"); });
 
     // Found by the fuzz target: Huffman tables that sent stb's JPEG decoder past their end. Whatever
     // the reader makes of it, it must neither crash nor throw anything but a refusal.
@@ -177,7 +175,7 @@ TEST(ImageCoder, RefusesWhatItCannotSafelyRead) {
     }
 }
 
-TEST(ImageCoderRealFiles, SamplesAPhotographAndAJPEG) {
+TEST(ImageCoderRealFiles, SamplesAPhotograph) {
     // GIMP's splash: moss and mushrooms in a dark forest, with the title in white.
     const std::string photograph = realFile("gimp-data/gimp-splash.png");
     ImageCoder coder;
@@ -190,9 +188,4 @@ TEST(ImageCoderRealFiles, SamplesAPhotographAndAJPEG) {
     EXPECT_TRUE(std::all_of(palette.colors.begin(), palette.colors.end(), [](const Color& c) { return c.alpha == 1; }));
     coder.accuracy = 0.8;
     EXPECT_LT(coder.decode(photograph).colors.size(), palette.colors.size() / 2) << "a lower accuracy merges more";
-
-    // A wood texture from GIMP's script images: browns, red above blue.
-    const Palette wood = decode(realFile("gimp-data/texture.jpg"), "jpg");
-    EXPECT_GE(wood.colors.size(), 5u);
-    for (const auto& color : wood.colors) EXPECT_GT(color.rgb().rf, color.rgb().bf) << color.hexString();
 }

@@ -45,11 +45,3 @@ TEST(RIFFCoder, Refusals) {
     EXPECT_EQ(readerError([&] { riffCoder->decode(hexBytes("52494646 10000000 50414C20 64617461 04000000 0003 0200 FF0000")); }),
               BytesParser::ReaderError::endOfData);
 }
-
-TEST(RIFFCoder, PalFilesGoToTheFirstCoderThatTakesThem) {
-    const auto riff = riffCoder->encode(Palette("", {Color::rgb(0, 0, 1)}));
-    EXPECT_EQ(PAL::decode(riff, "PAL").format, PaletteFormat::riff);
-    // Headerless bytes that divide by 3 end with the VGA coders, 24-bit first.
-    EXPECT_EQ(PAL::decode(std::string(768, '\x3F'), "pal").format, PaletteFormat::vga24bit);
-    EXPECT_EQ(commonError([] { PAL::decode(std::string(769, '\x3F'), "pal"); }), Case::unsupportedPaletteType);
-}
