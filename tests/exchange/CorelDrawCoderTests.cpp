@@ -73,13 +73,9 @@ TEST(CorelDrawCoderTest, ReadsWhatItWritesWithGroupsAndEveryModel) {
     expectSameColors(back.groups[1].colors, palette.groups[1].colors, 3);
 
     // Without global colours, every page is a named group; an empty palette stays empty.
-    const Palette groupsOnly = corelCoder->decode(corelCoder->encode(Palette("", {}, {Group("Only", {Color::rgb(1, 0, 0)})})));
-    EXPECT_TRUE(groupsOnly.colors.empty());
-    ASSERT_EQ(groupsOnly.groups.size(), 1u);
-    EXPECT_EQ(groupsOnly.groups[0].name, "Only");
-    const Palette empty = corelCoder->decode(corelCoder->encode(Palette()));
-    EXPECT_EQ(empty.totalColorCount(), 0u);
-    EXPECT_TRUE(empty.groups.empty());
+    expectExactPalette(corelCoder->decode(corelCoder->encode(Palette("", {}, {Group("Only", {Color::rgb(1, 0, 0)})}))),
+                       Palette("", {}, {Group("Only", {Color::rgb(1, 0, 0)})}));
+    expectExactPalette(corelCoder->decode(corelCoder->encode(Palette())), Palette());
 }
 
 // A library palette as CorelDRAW installs them: localised names, inks defined in Lab first,
@@ -138,8 +134,6 @@ TEST(CorelDrawCoderTest, PalettesThatOnlyDefineInksAreTheirInks) {
 }
 
 TEST(CorelDrawCoderTest, RefusesWhatIsNotACorelPalette) {
-    for (const char* text : {"", "<palette>", "<resources><color name=\"a\">#FF0000</color></resources>",
-                             "<SCRIBUSCOLORS><COLOR NAME=\"a\" RGB=\"#ff0000\"/></SCRIBUSCOLORS>", "<basicPalette/>",
-                             "<colorBook><bookName>x</bookName></colorBook>"})
+    for (const char* text : {"", "<palette>", "<colorBook><bookName>x</bookName></colorBook>"})
         expectCommonError(Case::invalidFormat, [text] { corelCoder->decode(text); });
 }

@@ -100,8 +100,7 @@ TEST(ScribusXMLCoderTest, ReadsTheAttributesInScribussOrderOfPrecedence) {
 }
 
 TEST(ScribusXMLCoderTest, RefusesWhatIsNotAScribusPalette) {
-    for (const char* text : {"", "<SCRIBUSCOLORS>", "<resources><color name=\"a\">#FF0000</color></resources>",
-                             "<palette><colors><page/></colors></palette>", "<SCRIBUSUTF8NEW Version=\"1.5.8\"/>"})
+    for (const char* text : {"", "<SCRIBUSCOLORS>", "<SCRIBUSUTF8NEW Version=\"1.5.8\"/>"})
         expectCommonError(Case::invalidFormat, [text] { scribusCoder->decode(text); });
 }
 
@@ -131,20 +130,11 @@ TEST(ScribusXMLCoderTest, ReadsEverySwatchFileScribusShips) {
     }
     EXPECT_GE(files, 30u);
 
+    // What the scan above does not see: CMYK values, spot inks and the palette's name.
     const Palette basic = scribusCoder->decode(realFile("scribus-data/Scribus_Basic.xml"));
-    EXPECT_TRUE(basic.name.empty());
-    ASSERT_EQ(basic.colors.size(), 12u);
-    EXPECT_EQ(basic.colors[0], Color::rgb255(255, 0, 0, 255, "Red"));
-    EXPECT_EQ(basic.colors[3], Color::cmyk(1, 0, 0, 0, 1, "Cyan"));
-    EXPECT_EQ(basic.colors[11], Color::cmyk(1, 1, 1, 1, 1, "Registration"));
-
-    const Palette shades = scribusCoder->decode(realFile("scribus-data/Shades_of_K.xml"));
-    EXPECT_EQ(shades.colors.at(4), Color::cmyk(0, 0, 0, 0.04, 1, "4 %"));
-
+    EXPECT_EQ(basic.colors.at(3), Color::cmyk(1, 0, 0, 0, 1, "Cyan"));
+    EXPECT_EQ(basic.colors.at(11), Color::cmyk(1, 1, 1, 1, 1, "Registration"));
     const Palette hks = scribusCoder->decode(realFile("scribus-data/Bundesregierung_HKS.xml"));
     EXPECT_EQ(hks.name, "Bundesregierung HKS");
     EXPECT_EQ(hks.colors.at(0), Color::rgb255(0xff, 0xb6, 0x00, 255, "HKS 5 K", ColorType::spot));
-
-    const Palette kit = scribusCoder->decode(realFile("scribus-data/All_Color_Kit.xml"));
-    EXPECT_EQ(kit.colors.size(), 737u);
 }
