@@ -84,19 +84,15 @@ TEST(ScribusXMLCoderTest, ReadsTheAttributesInScribussOrderOfPrecedence) {
         "</SCRIBUSCOLORS>\n"
         "<!-- licence after the root -->\n");
     EXPECT_EQ(palette.name, "Mixed");
-    ASSERT_EQ(palette.colors.size(), 5u);
-    EXPECT_EQ(palette.colors[0], Color::cmyk(0, 0, 0, 1, 1, "Only K"));
-    EXPECT_EQ(palette.colors[1], Color::cmyk(0, 1, 0, 0, 1, "Both hex", ColorType::spot));
-    EXPECT_EQ(palette.colors[2], Color::rgb255(255, 136, 0, 255, "Short"));
-    EXPECT_EQ(palette.colors[3], Color::lab(50, 10, -20, 1, "Lab"));
-    EXPECT_EQ(palette.colors[4], Color::rgb(0, 0.5, 1, 1, "Short"));
+    EXPECT_EQ(palette.colors, (std::vector<Color>{Color::cmyk(0, 0, 0, 1, 1, "Only K"), Color::cmyk(0, 1, 0, 0, 1, "Both hex", ColorType::spot),
+                                                  Color::rgb255(255, 136, 0, 255, "Short"), Color::lab(50, 10, -20, 1, "Lab"),
+                                                  Color::rgb(0, 0.5, 1, 1, "Short")}));
 
     // The camel-case spelling of Scribus 1.7 development builds.
     const Palette camel =
         scribusCoder->decode("<ScribusColors Name=\"New\"><Color Name=\"Sea\" Space=\"RGB\" R=\"26\" G=\"101\" B=\"151\"/></ScribusColors>");
     EXPECT_EQ(camel.name, "New");
-    ASSERT_EQ(camel.colors.size(), 1u);
-    EXPECT_EQ(camel.colors[0], Color::rgb255(26, 101, 151, 255, "Sea"));
+    EXPECT_EQ(camel.colors, (std::vector<Color>{Color::rgb255(26, 101, 151, 255, "Sea")}));
 }
 
 TEST(ScribusXMLCoderTest, RefusesWhatIsNotAScribusPalette) {
