@@ -51,7 +51,6 @@ TEST(ScribusXMLCoderTest, WritesBothTheComponentsAndTheHexForms) {
               " <COLOR NAME=\"ff0000\" SPACE=\"RGB\" R=\"255\" G=\"0\" B=\"0\" RGB=\"#ff0000\"/>\n"
               " <COLOR NAME=\"Sea 2\" SPACE=\"RGB\" R=\"0\" G=\"0\" B=\"0\" RGB=\"#000000\"/>\n"
               "</SCRIBUSCOLORS>\n");
-    EXPECT_EQ(scribusCoder->encode(Palette()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SCRIBUSCOLORS>\n</SCRIBUSCOLORS>\n");
 }
 
 TEST(ScribusXMLCoderTest, ReadsWhatItWritesInEachColourSpace) {
