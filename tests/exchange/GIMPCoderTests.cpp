@@ -62,12 +62,6 @@ TEST(GIMPCoderTest, ReadsAsepritesRGBAExtension) {
     EXPECT_EQ(palette.colors[1], Color::rgb255(255, 255, 255, 128, "Half"));
 }
 
-TEST(GIMPCoderTest, NamesThatAreNotUTF8AreReadAsLatin1) {
-    const Palette palette = decodeGIMP("GIMP Palette\nName: Caf\xE9\n1 2 3 Cr\xE8me\n");
-    EXPECT_EQ(palette.name, "Café");
-    EXPECT_EQ(palette.colors.at(0).name, "Crème");
-}
-
 TEST(GIMPCoderTest, RefusesWhatIsNotAGIMPPalette) {
     for (const char* text : {"", "GIMP", " GIMP Palette\n", "GIMP Palette\nChannels: CMYK\n"})
         expectCommonError(Case::invalidFormat, [text] { decodeGIMP(text); });

@@ -150,9 +150,4 @@ TEST(PaletteTest, AllColorsAndAppending) {
     EXPECT_EQ(all[0], Color::gray(0.5));  // global colours first
     EXPECT_EQ(all[2], Color::rgb(0, 1, 0));
     EXPECT_EQ(palette.totalColorCount(), 3u);
-
-    const Palette ramp = Palette::interpolated(Color::rgb(0, 0, 0), Color::rgb(1, 1, 1), 3, "Ramp");
-    EXPECT_EQ(ramp.name, "Ramp");
-    ASSERT_EQ(ramp.colors.size(), 3u);
-    EXPECT_EQ(ramp.colors[1], Color::rgb(0.5, 0.5, 0.5));
 }
