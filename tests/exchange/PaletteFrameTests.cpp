@@ -1,13 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include <filesystem>
 #include <map>
 
 #include "BinaryCoderTestSupport.h"
 #include "ExchangeTestSupport.h"
-#include "exchange/BytesReader.h"
 #include "exchange/PaletteCoder.h"
 
 using namespace PAL;
@@ -20,23 +17,6 @@ std::vector<PaletteFormat> formatsOf(const std::vector<const PaletteCoder*>& cod
     for (const auto* coder : coders) formats.push_back(coder->format());
     return formats;
 }
-
-// A coder that accepts only data starting with its tag, so the trial's order can be watched.
-class TaggedCoder final : public PaletteCoder {
-public:
-    TaggedCoder(PaletteFormat format, std::string tag) : PaletteCoder(format), tag_(std::move(tag)) {}
-    using PaletteCoder::decode;
-    Palette decode(BytesParser::BytesReader& reader) const override {
-        const auto bytes = reader.readAll();
-        if (std::string(bytes.begin(), bytes.end()).rfind(tag_, 0) != 0) throw std::runtime_error("not mine");
-        Palette palette(tag_);
-        palette.format = format();
-        return palette;
-    }
-
-private:
-    std::string tag_;
-};
 
 }  // namespace
 
@@ -67,17 +47,6 @@ TEST(PaletteFormatTest, CoderForATypeGoesByItsPreferredExtension) {
     EXPECT_EQ(coderForUTType("public.tintlab.colorpalette.palette.autodesk.colorbook")->format(), PaletteFormat::acb);
     EXPECT_EQ(coderForUTType("public.tintlab.colorpalette.palette.scribus.xml")->format(), PaletteFormat::androidXML);
     EXPECT_EQ(coderForUTType("org.example.nothing"), nullptr);
-}
-
-TEST(PaletteFormatTest, TheTrialTakesTheFirstCoderThatDecodes) {
-    const TaggedCoder first(PaletteFormat::paintShopPro, "JASC"), second(PaletteFormat::riff, "RIFF"),
-        lenient(PaletteFormat::vga24bit, "");
-    EXPECT_EQ(decodeTrying({&first, &second, &lenient}, "RIFF....").format, PaletteFormat::riff);
-    EXPECT_EQ(decodeTrying({&first, &second, &lenient}, "JASC-PAL").format, PaletteFormat::paintShopPro);
-    // A lenient coder early in the order takes what was meant for a later one.
-    EXPECT_EQ(decodeTrying({&lenient, &second}, "RIFF....").format, PaletteFormat::vga24bit);
-    expectCommonError(Case::unsupportedPaletteType, [&] { decodeTrying({&first, &second}, "GIMP Palette"); });
-    expectCommonError(Case::unsupportedCoderType, [&] { decodeTrying({}, "GIMP Palette"); });
 }
 
 TEST(PaletteFormatTest, DecodingFilesAndBytes) {
