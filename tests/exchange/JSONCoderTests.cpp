@@ -29,8 +29,9 @@ TEST(JSONCoderTest, WritesTheLayersJsonForm) {
 
 TEST(JSONCoderTest, RoundTripKeepsSpacesGroupsTypesAndAlpha) {
     const JSONCoder coder;
-    expectExactPalette(coder.decode(coder.encode(sample())), sample());
-    EXPECT_EQ(coder.decode(coder.encode(sample())).format, PaletteFormat::json);
+    const Palette back = coder.decode(coder.encode(sample()));
+    expectExactPalette(back, sample());
+    EXPECT_EQ(back.format, PaletteFormat::json);
 }
 
 TEST(JSONCoderTest, ReadsWithAByteOrderMarkAndDefaults) {
