@@ -36,10 +36,11 @@ TEST(PaintNETCoderTest, ReadsAsPaintNETDoes) {
     EXPECT_EQ(paintNETCoder->decode("; Paint.NET Palette File\nff172a3a ; deep water\n0x80E76F51\n\n").colors,
               (std::vector<Color>{Color::rgb255(23, 42, 58), Color::rgb255(231, 111, 81, 128)}));
 
-    // Pinta leaves out leading zeros of the alpha; Paint.NET reads six digits as fully transparent.
+    // Pinta leaves out leading zeros of the alpha; Paint.NET reads six digits as fully transparent. A file
+    // needs one whole value to be Paint.NET's.
     binarytest::LogCapture log;
-    EXPECT_EQ(paintNETCoder->decode("; Hexadecimal format: aarrggbb\nF00FF00\n172a3a\n").colors,
-              (std::vector<Color>{Color::rgb255(0, 255, 0, 15), Color::rgb255(23, 42, 58, 0)}));
+    EXPECT_EQ(paintNETCoder->decode("; Hexadecimal format: aarrggbb\nF00FF00\nFF0000FF\n172a3a\n").colors,
+              (std::vector<Color>{Color::rgb255(0, 255, 0, 15), Color::rgb255(0, 0, 255), Color::rgb255(23, 42, 58, 0)}));
     EXPECT_TRUE(log.contains("PAL.Coder.PaintNET: Values of fewer than 8 digits were read as Paint.NET reads them, with the "
                              "missing leading digits as 0: a 6-digit RRGGBB value is fully transparent"));
 
