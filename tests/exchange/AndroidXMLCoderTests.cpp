@@ -65,7 +65,6 @@ TEST(AndroidXMLCoderTest, RefusesWhatIsNotAColourResourceFile) {
     for (const char* text : {"", "#FF0000", "<resources><color name=\"a\">#FF0000</color>",  // not well-formed
                              "<selector><item android:color=\"#FF0000\"/></selector>",         // a colour state list
                              "<resources><string name=\"a\">b</string></resources>",           // no colour at all
-                             "<palette><color name=\"a\">#FF0000</color></palette>",
                              "<resources><color name=\"a\">@android:color/white</color></resources>"})
         expectCommonError(Case::invalidFormat, [text] { AndroidXMLCoder().decode(text); });
     // A value that starts like a colour but is not one fails, as it fails Android's build.

