@@ -5,6 +5,7 @@
 #include <deque>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <mutex>
 #include <thread>
 
@@ -21,6 +22,7 @@
 #include "platform/testing/ManualClock.h"
 #include "platform/testing/MemoryDefaults.h"
 #include "platform/testing/MemoryFiles.h"
+#include "tests/support/MemorySecretStore.h"
 
 namespace kro {
 namespace {
@@ -56,23 +58,6 @@ private:
     std::mutex mutex_;
     std::condition_variable wake_;
     std::deque<Task> tasks_;
-};
-
-// One password for every account, and a count of the times it was asked for.
-class CountingSecretStore final : public SecretStore {
-public:
-    CountingSecretStore(std::string password, int& reads) : password_(std::move(password)), reads_(reads) {}
-    std::optional<std::string> password(const std::string&, const std::string&) override {
-        ++reads_;
-        return password_;
-    }
-    bool setPassword(const std::string&, const std::string&, const std::string&) override { return false; }
-    bool removePassword(const std::string&, const std::string&) override { return false; }
-    std::string description() const override { return "the test's counting store"; }
-
-private:
-    std::string password_;
-    int& reads_;
 };
 
 // One machine: its own library folder and defaults.
@@ -322,8 +307,9 @@ TEST_F(WebDavSyncTest, SyncRequestAsksForThePasswordOnce) {
     User::shared()->trigger(true, true, true, false);
 
     int reads = 0;
-    CloudSync::shared().setSessionProvider(
-        configuredCloudSession([&reads] { return std::make_unique<CountingSecretStore>(kPassword, reads); }));
+    std::map<std::string, std::string> passwords{{server->collectionURL() + " " + kUser, kPassword}};
+    CloudSync::shared().setSessionProvider(configuredCloudSession(
+        [&] { return std::make_unique<testing::MemorySecretStore>(passwords, &reads); }));
     ASSERT_TRUE(saveCloudAccount({server->collectionURL(), kUser}));
     std::optional<Json> reply;
     handleLibraryRequest(Json{{"sync", true}}, [&reply](const Json& answer) { reply = answer; });
