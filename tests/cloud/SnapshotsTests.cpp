@@ -133,9 +133,6 @@ TEST_F(SnapshotsTest, RestoreGoesThroughThePipelineAndCanBeUndone) {
     EXPECT_TRUE(user.history->colors.empty());
     EXPECT_EQ(env.notifications.postedNames(),
               (std::vector<std::string>{Notifications::userSaved, Notifications::userUpdated}));
-    // Editing the library afterwards leaves the snapshot as it was.
-    user.palettes[0]->colors.clear();
-    EXPECT_EQ(snapshot->palettes[0]->colors.size(), 5u);
 
     ASSERT_TRUE(UserUndo::shared().canUndo());
     UserUndo::shared().undo();
