@@ -82,11 +82,9 @@ TEST_F(ColorFormatsTest, ForgivingDecode) {
     ASSERT_EQ(bare->formats.size(), 1u);
     EXPECT_EQ(bare->formats[0]->uuid.size(), 36u);
 
-    for (const char* bad : {"[]", "{\"formats\":{}}", "{\"formats\":[{\"name\":5}]}",
-                            "{\"formats\":[{\"options\":{\"All Caps\":\"yes\"}}]}", "{\"selectedFormatName\":true}",
-                            "{\"groupFormats\":[{\"group\":[1]}]}"}) {
-        EXPECT_THROW(ColorFormats::fromJson(Json::parse(bad)), JsonDecodeError) << bad;
-    }
+    // Wrong types fail as every record's do (tested with the library's records); the options map is this one's own.
+    EXPECT_THROW(ColorFormats::fromJson(Json::parse("{\"formats\":[{\"options\":{\"All Caps\":\"yes\"}}]}")),
+                 JsonDecodeError);
 }
 
 TEST_F(ColorFormatsTest, LookupReadsTheRightTemplate) {
