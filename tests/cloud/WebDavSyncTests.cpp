@@ -134,6 +134,12 @@ protected:
     void addPalette(const std::string& name) {
         User::shared()->addPalette(Palette::make({Color::make(0.2, 0.4, 0.6, 1)}, name));
     }
+    // Machine A adds a palette to the shipped one and waits until its push has reached the server.
+    void aPushesAPalette(const std::string& name) {
+        become(a);
+        addPalette(name);
+        ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    }
 
     testing::ManualClock clock;
     ThreadedQueue queue;
@@ -145,9 +151,7 @@ protected:
 };
 
 TEST_F(WebDavSyncTest, TwoMachinesMergeEachOthersEdits) {
-    become(a);
-    addPalette("From A");
-    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    aPushesAPalette("From A");
     Json record = serverRecord();
     EXPECT_EQ(record["palettes"].size(), 2u);
     EXPECT_EQ(record["updatedAt"], *User::shared()->updatedAt);
@@ -197,9 +201,7 @@ TEST_F(WebDavSyncTest, ConflictingWriteIsRefusedAndSettled) {
     ASSERT_TRUE(queue.runUntil([&] { return fetched; }));
     ASSERT_TRUE(read.record && read.record->etag);
 
-    become(a);
-    addPalette("A wins");
-    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    aPushesAPalette("A wins");
 
     become(b);
     CloudRecord stale = *read.record;
@@ -247,9 +249,7 @@ TEST_F(WebDavSyncTest, SignedOutMakesNoRequestAndTheConfiguredAccountSyncs) {
 }
 
 TEST_F(WebDavSyncTest, ServerGoingAwayChangesNothingAndSyncResumesWhenItReturns) {
-    become(a);
-    addPalette("Before");
-    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    aPushesAPalette("Before");
     letTheServerTagSettle();
 
     server->stop();
@@ -279,9 +279,7 @@ TEST_F(WebDavSyncTest, SyncRequestAnswersWithWhatHappened) {
         for (const auto& line : reply.value_or(Json::object()).value("lines", Json::array())) lines += line.get<std::string>() + "\n";
         return lines;
     };
-    become(a);
-    addPalette("From A");
-    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    aPushesAPalette("From A");
 
     become(b);
     EXPECT_EQ(syncRequest(), "CloudKit fetch succeeded for record ID: alice\n"
