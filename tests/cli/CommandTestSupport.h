@@ -30,12 +30,12 @@ inline CommandResult runOnce(void (*registerCommands)(CommandTable&), const std:
 
 // Runs `kro NAME ARGS...` from the table; `out` and `err` hold what the last command printed.
 struct CommandRunner {
-    int run(std::vector<std::string> args) {
+    int run(std::vector<std::string> args, const std::string& input = "") {
         out.str({});
         err.str({});
         const std::string name = args.front();
         args.erase(args.begin());
-        std::istringstream in;
+        std::istringstream in(input);
         CommandContext context{args, in, out, err};
         return table.at(name).run(context);
     }

@@ -97,24 +97,4 @@ TEST_F(DocumentCommandsTest, ExportWritesTheFormTheExtensionNames) {
     EXPECT_EQ(run({"export", "Brand"}), exitUsage);
 }
 
-TEST_F(DocumentCommandsTest, ColourListExportedThenImportedGivesTheSameColours) {
-    storeLibrary();
-    environment.files.createDirectories("/home/test/out");
-    ASSERT_EQ(run({"export", "Brand", "/home/test/out/brand copy.clr"}), exitDone) << err.str();
-    ASSERT_EQ(run({"import", "/home/test/out/brand copy.clr"}), exitDone) << err.str();
-    EXPECT_EQ(out.str(), "Imported 1 palette\n");
-
-    const auto stored = storedLibrary();
-    ASSERT_EQ(stored->palettes.size(), 2u);
-    const auto& original = *stored->palettes[0];
-    const auto& imported = *stored->palettes[1];
-    EXPECT_EQ(imported.name, "brand copy");
-    ASSERT_EQ(imported.colors.size(), original.colors.size());
-    for (size_t i = 0; i < original.colors.size(); ++i) {
-        EXPECT_EQ(imported.colors[i]->name, original.colors[i]->name);
-        EXPECT_EQ(imported.colors[i]->hex, original.colors[i]->hex);
-        EXPECT_EQ(imported.colors[i]->alpha, original.colors[i]->alpha);
-    }
-}
-
 }  // namespace

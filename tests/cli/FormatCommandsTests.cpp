@@ -93,7 +93,7 @@ TEST(ColorArgumentTest, HexFirstThenRecognition) {
     EXPECT_EQ(hexText(*parseColorArgument("336699")), "336699");
     EXPECT_EQ(hexText(*parseColorArgument("rgb(51, 102, 153)")), "336699");
     EXPECT_EQ(hexText(*parseColorArgument("color: #336699;")), "336699");
-    for (const char* bad : {"", "12345", "GG0000", "nothing here"}) EXPECT_FALSE(parseColorArgument(bad)) << bad;
+    for (const char* bad : {"", "#", "12345", "12345G", "GG0000", "nothing here"}) EXPECT_FALSE(parseColorArgument(bad)) << bad;
 }
 
 }  // namespace

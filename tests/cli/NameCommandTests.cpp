@@ -4,9 +4,7 @@
 #include <sstream>
 
 #include "CommandTestSupport.h"
-#include "cli/ColorArgument.h"
 #include "cli/NameCommand.h"
-#include "formats/color/ColorConversions.h"
 
 namespace kro::cli {
 namespace {
@@ -35,14 +33,6 @@ TEST(NameCommandTest, NoColourIsAUsageError) {
     EXPECT_EQ(run.status, exitUsage);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, "usage: kro name COLOR...\n");
-}
-
-TEST(NameCommandTest, ColourArgumentsAreHexOrRecognisedText) {
-    EXPECT_EQ(hexText(*parseColorArgument("#a0b1C2")), "A0B1C2");
-    EXPECT_EQ(hexText(*parseColorArgument("000000")), "000000");
-    EXPECT_EQ(hexText(*parseColorArgument("rgb(255, 0, 128)")), "FF0080");
-    EXPECT_FALSE(parseColorArgument("#"));
-    EXPECT_FALSE(parseColorArgument("12345G"));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <deque>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <mutex>
 #include <thread>
 
@@ -21,6 +22,7 @@
 #include "platform/testing/ManualClock.h"
 #include "platform/testing/MemoryDefaults.h"
 #include "platform/testing/MemoryFiles.h"
+#include "tests/support/MemorySecretStore.h"
 
 namespace kro {
 namespace {
@@ -56,23 +58,6 @@ private:
     std::mutex mutex_;
     std::condition_variable wake_;
     std::deque<Task> tasks_;
-};
-
-// One password for every account, and a count of the times it was asked for.
-class CountingSecretStore final : public SecretStore {
-public:
-    CountingSecretStore(std::string password, int& reads) : password_(std::move(password)), reads_(reads) {}
-    std::optional<std::string> password(const std::string&, const std::string&) override {
-        ++reads_;
-        return password_;
-    }
-    bool setPassword(const std::string&, const std::string&, const std::string&) override { return false; }
-    bool removePassword(const std::string&, const std::string&) override { return false; }
-    std::string description() const override { return "the test's counting store"; }
-
-private:
-    std::string password_;
-    int& reads_;
 };
 
 // One machine: its own library folder and defaults.
@@ -149,6 +134,12 @@ protected:
     void addPalette(const std::string& name) {
         User::shared()->addPalette(Palette::make({Color::make(0.2, 0.4, 0.6, 1)}, name));
     }
+    // Machine A adds a palette to the shipped one and waits until its push has reached the server.
+    void aPushesAPalette(const std::string& name) {
+        become(a);
+        addPalette(name);
+        ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    }
 
     testing::ManualClock clock;
     ThreadedQueue queue;
@@ -160,9 +151,7 @@ protected:
 };
 
 TEST_F(WebDavSyncTest, TwoMachinesMergeEachOthersEdits) {
-    become(a);
-    addPalette("From A");
-    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    aPushesAPalette("From A");
     Json record = serverRecord();
     EXPECT_EQ(record["palettes"].size(), 2u);
     EXPECT_EQ(record["updatedAt"], *User::shared()->updatedAt);
@@ -212,9 +201,7 @@ TEST_F(WebDavSyncTest, ConflictingWriteIsRefusedAndSettled) {
     ASSERT_TRUE(queue.runUntil([&] { return fetched; }));
     ASSERT_TRUE(read.record && read.record->etag);
 
-    become(a);
-    addPalette("A wins");
-    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    aPushesAPalette("A wins");
 
     become(b);
     CloudRecord stale = *read.record;
@@ -262,9 +249,7 @@ TEST_F(WebDavSyncTest, SignedOutMakesNoRequestAndTheConfiguredAccountSyncs) {
 }
 
 TEST_F(WebDavSyncTest, ServerGoingAwayChangesNothingAndSyncResumesWhenItReturns) {
-    become(a);
-    addPalette("Before");
-    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    aPushesAPalette("Before");
     letTheServerTagSettle();
 
     server->stop();
@@ -294,9 +279,7 @@ TEST_F(WebDavSyncTest, SyncRequestAnswersWithWhatHappened) {
         for (const auto& line : reply.value_or(Json::object()).value("lines", Json::array())) lines += line.get<std::string>() + "\n";
         return lines;
     };
-    become(a);
-    addPalette("From A");
-    ASSERT_TRUE(queue.runUntil([&] { return serverPaletteCount() == 2; }));
+    aPushesAPalette("From A");
 
     become(b);
     EXPECT_EQ(syncRequest(), "CloudKit fetch succeeded for record ID: alice\n"
@@ -322,8 +305,9 @@ TEST_F(WebDavSyncTest, SyncRequestAsksForThePasswordOnce) {
     User::shared()->trigger(true, true, true, false);
 
     int reads = 0;
-    CloudSync::shared().setSessionProvider(
-        configuredCloudSession([&reads] { return std::make_unique<CountingSecretStore>(kPassword, reads); }));
+    std::map<std::string, std::string> passwords{{server->collectionURL() + " " + kUser, kPassword}};
+    CloudSync::shared().setSessionProvider(configuredCloudSession(
+        [&] { return std::make_unique<testing::MemorySecretStore>(passwords, &reads); }));
     ASSERT_TRUE(saveCloudAccount({server->collectionURL(), kUser}));
     std::optional<Json> reply;
     handleLibraryRequest(Json{{"sync", true}}, [&reply](const Json& answer) { reply = answer; });

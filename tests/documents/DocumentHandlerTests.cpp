@@ -6,7 +6,6 @@
 #include "library/Notifications.h"
 #include "library/SealedDocument.h"
 #include "tests/support/LogCapture.h"
-#include "tests/support/RealPalettes.h"
 
 namespace kro {
 namespace {
@@ -157,21 +156,6 @@ TEST_F(DocumentHandlerTest, ColourListIsNamedAfterItsFileAndADamagedOneIsSkipped
     EXPECT_EQ(summary.failed[0].path, damaged);
     EXPECT_EQ(user().palettes.back()->name, "Autumn Set");  // the file's name, not the exported palette's
     EXPECT_EQ(user().palettes.back()->colors.size(), 2u);
-}
-
-TEST_F(DocumentHandlerTest, RealColourListGivesOneNamedColourAKey) {
-    // Fetched from the npm registry, which the fixture may not have reached; it says so when it did not.
-    if (!std::filesystem::exists(realPalettes() / "clr" / ".done")) GTEST_SKIP() << "no colour lists were fetched from npm";
-    const auto path = put("Polaris.clr", realFile("clr/Polaris.clr"));
-
-    ASSERT_EQ(DocumentHandler::openFiles({path}).palettes, 1);
-    const auto& palette = user().palettes.back();
-    EXPECT_EQ(palette->name, "Polaris");
-    ASSERT_EQ(palette->colors.size(), 58u);
-    EXPECT_EQ(palette->colors.front()->name, "purple-text");
-    EXPECT_EQ(palette->colors.front()->hex, "50495A");
-    EXPECT_EQ(palette->colors.back()->name, "white");
-    EXPECT_EQ(palette->colors.back()->hex, "FFFFFF");
 }
 
 TEST(ImportSummary, MessageListsEachKind) {

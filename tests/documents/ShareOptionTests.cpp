@@ -55,18 +55,6 @@ TEST_F(ShareOptionTest, KroPaletteIsSealedAndOpensAgainAsTheSamePalette) {
     EXPECT_EQ(user().palettes.back()->uuid, original->uuid);
 }
 
-TEST_F(ShareOptionTest, ASEKeepsColorsAndGroupsThroughImport) {
-    const auto written = share.exportPalettes({palette("Brand")}, ShareOptionPalette::ase);
-    ASSERT_TRUE(written);
-    ASSERT_EQ(DocumentHandler::openFiles(*written).palettes, 1);
-    const auto& back = user().palettes.back();
-    ASSERT_EQ(back->colors.size(), 2u);
-    EXPECT_EQ(back->colors[0]->hex, "FF0000");
-    EXPECT_EQ(back->colors[0]->name, "Signal");
-    EXPECT_EQ(back->colors[1]->group, "Cool");
-    EXPECT_EQ(back->colors[1]->name, "Sky");
-}
-
 TEST_F(ShareOptionTest, ColourListIsTheKeyedArchiveAndKeepsColoursAndNamesThroughImport) {
     const auto written = share.exportPalettes({palette("Brand")}, ShareOptionPalette::clr);
     ASSERT_TRUE(written);

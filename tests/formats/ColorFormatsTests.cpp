@@ -82,11 +82,9 @@ TEST_F(ColorFormatsTest, ForgivingDecode) {
     ASSERT_EQ(bare->formats.size(), 1u);
     EXPECT_EQ(bare->formats[0]->uuid.size(), 36u);
 
-    for (const char* bad : {"[]", "{\"formats\":{}}", "{\"formats\":[{\"name\":5}]}",
-                            "{\"formats\":[{\"options\":{\"All Caps\":\"yes\"}}]}", "{\"selectedFormatName\":true}",
-                            "{\"groupFormats\":[{\"group\":[1]}]}"}) {
-        EXPECT_THROW(ColorFormats::fromJson(Json::parse(bad)), JsonDecodeError) << bad;
-    }
+    // Wrong types fail as every record's do (tested with the library's records); the options map is this one's own.
+    EXPECT_THROW(ColorFormats::fromJson(Json::parse("{\"formats\":[{\"options\":{\"All Caps\":\"yes\"}}]}")),
+                 JsonDecodeError);
 }
 
 TEST_F(ColorFormatsTest, LookupReadsTheRightTemplate) {
@@ -188,30 +186,18 @@ TEST_F(ColorFormatsTest, ChangingAFieldStampsSavesAndAnnounces) {
     EXPECT_FALSE(stored()) << "an unchanged value saves nothing";
 }
 
-TEST_F(ColorFormatsTest, LoadFallsBackThroughTheVersionsToTheShippedCatalogue) {
+// The fallback through the versions is the shared store's, tested with the library; here, the shipped catalogue.
+TEST_F(ColorFormatsTest, LoadFallsBackToTheShippedCatalogue) {
     // Nothing stored: the shipped catalogue, saved.
     catalogue().load();
     EXPECT_GE(catalogue().formats.size(), 40u);
     EXPECT_EQ(catalogue().clipboardString(hotPink), "#FF0080");
     ASSERT_TRUE(stored());
 
-    // A damaged "v5" and a good "v4": the "v4" catalogue, written over the damaged file.
-    ColorFormats::resetShared();
-    ColorFormats old;
-    old.formats = {makeFormat("Old", "old hex[red]")};
-    old.selectedFormatName = "Old";
-    environment.files.files[storedPath("v5")] = "{\"formats\":";
-    environment.files.files[storedPath("v4")] = compactText(old.toJson());
-    bool succeeded = false;
-    catalogue().load([&](bool success, const std::optional<std::string>&) { succeeded = success; });
-    EXPECT_TRUE(succeeded);
-    EXPECT_EQ(catalogue().clipboardString(hotPink), "old ff");
-    EXPECT_EQ((*stored())["selectedFormatName"], "Old");
-
-    // Everything damaged: the shipped catalogue in memory, and the damaged file stays for the user.
+    // Nothing decodes: the shipped catalogue in memory, and the damaged file stays for the user.
     ColorFormats::resetShared();
     environment.files.files[storedPath("v5")] = "{\"formats\":5}";
-    environment.files.files.erase(storedPath("v4"));
+    bool succeeded = true;
     catalogue().load([&](bool success, const std::optional<std::string>& error) {
         succeeded = success;
         EXPECT_TRUE(error);
@@ -239,14 +225,11 @@ TEST_F(ColorFormatsTest, FixUUIDSRenewsTheLaterDuplicates) {
     EXPECT_FALSE(stored()) << "nothing to fix, nothing saved";
 }
 
-TEST_F(ColorFormatsTest, UndoRecordsEachStateOnceAndPutsItBack) {
+TEST_F(ColorFormatsTest, UndoPutsTheCatalogueBackAndSavesIt) {
     auto& undo = ColorFormatUndo::shared();
     catalogue().formats = {makeFormat("First", "1")};
-    undo.save(catalogue(), 0.5);
-    undo.save(catalogue(), 0.5);
-    environment.queue.advance(std::chrono::seconds(1));
-    EXPECT_EQ(undo.engine().count(), 1u);
-    environment.clock.advance(std::chrono::seconds(1));
+    undo.save(catalogue(), 0);
+    environment.queue.runDue();
     catalogue().add(makeFormat("Second", "2"));
     undo.save(catalogue(), 0);
     environment.queue.runDue();

@@ -136,14 +136,3 @@ TEST_F(ShippedFormats, ListAndPickerTexts) {
         }
     }
 }
-
-TEST_F(ShippedFormats, ExtremeColours) {
-    ASSERT_TRUE(catalogue);
-    const auto black = ColorValue::rgb(0, 0, 0);
-    const auto white = ColorValue::rgb(1, 1, 1);
-    EXPECT_EQ(catalogue->clipboardString(black, "CMYK"), "cmyk(0%, 0%, 0%, 100%)");
-    EXPECT_EQ(catalogue->clipboardString(white, "CSS HSL"), "hsl(0, 0%, 100%)");
-    EXPECT_EQ(catalogue->clipboardString(white, "CSS Hex with Alpha"), "#FFFFFFFF");
-    EXPECT_EQ(catalogue->clipboardString(black, "Jetpack Compose"), "Color(0xFF000000)");
-    EXPECT_EQ(catalogue->clipboardString(ColorValue::rgb(0, 0, 0, 0), "CSS RGBA"), "rgba(0, 0, 0, 0.00)");
-}

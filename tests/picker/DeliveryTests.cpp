@@ -42,7 +42,6 @@ protected:
         for (const auto& color : User::shared()->history->colors) hex.push_back(color->hex);
         return hex;
     }
-    std::string userFile() const { return environment.paths.dataHome + "/kroapp.Kro/v5/user.json"; }
 
     TestEnvironment environment;
     FakeDesktop fake;
@@ -65,9 +64,6 @@ TEST_F(DeliveryTest, AStandardPickReachesTheClipboardTheHistoryTheIconAndTheTool
     EXPECT_EQ(sound.played, std::vector<std::string>{"color"});
     ASSERT_TRUE(fake.statusItem.lastColor);
     EXPECT_EQ(fake.tooltip.messages.back(), ColorFormats::shared().pickerString(kOrange));
-    const auto saved = environment.files.read(userFile());
-    ASSERT_TRUE(saved);
-    EXPECT_NE(saved->find("FF7F00"), std::string::npos);
     const auto& posted = environment.notifications.postedNames();
     EXPECT_EQ(std::count(posted.begin(), posted.end(), Notifications::userUpdated), 1);
 

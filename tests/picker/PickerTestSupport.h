@@ -7,13 +7,13 @@
 #include "formats/ColorFormats.h"
 #include "formats/SmartProfiles.h"
 #include "library/Preferences.h"
-#include "library/Sherlog.h"
 #include "library/User.h"
 #include "picker/HotKeys.h"
 #include "picker/Picker.h"
 #include "picker/Sound.h"
 #include "platform/testing/FakePickerDesktop.h"
 #include "platform/testing/TestEnvironment.h"
+#include "tests/support/LogCapture.h"
 
 namespace kro::testing {
 
@@ -26,20 +26,6 @@ struct RecordingPickerDelegate final : PickerDelegate {
     std::vector<std::pair<ColorValue, PickerPlugin>> sends;
     std::vector<std::vector<ColorValue>> lists;
     int accessibilityPrompts = 0;
-};
-
-// The log messages written while it lives; text() ends the capture.
-class LogCapture {
-public:
-    LogCapture() {
-        Sherlog::configure({0}, SherlogPrint::message, SherlogEnvironment{1} | SherlogEnvironment::standardOutput);
-        ::testing::internal::CaptureStdout();
-    }
-    std::string text() {
-        const auto text = ::testing::internal::GetCapturedStdout();
-        Sherlog::configure({6}, SherlogPrint::message, SherlogEnvironment{1});
-        return text;
-    }
 };
 
 // The 8-bit red, green and blue of a colour, as 0xRRGGBB.

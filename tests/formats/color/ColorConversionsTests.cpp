@@ -29,6 +29,7 @@ TEST(ColorConversionsTest, HSLOfPrimariesPinkAndGray) {
              // #FF0080: red dominates with more blue than green, so the hue wraps to just under 360.
              Case{ColorValue::rgb(1, 0, 128.0 / 255.0), 360 - 60 * 128.0 / 255.0, 100, 50},
              Case{ColorValue::rgb(0.3, 0.3, 0.3), 0, 0, 30},
+             Case{ColorValue::rgb(1, 1, 1), 0, 0, 100},  // no division by zero at full lightness
              // Light colours take the other saturation formula; green and blue hues come from their own branches.
              Case{ColorValue::rgb(0.6, 1, 0.8), 150, 100, 80},
              Case{ColorValue::rgb(0, 0, 1), 240, 100, 50},

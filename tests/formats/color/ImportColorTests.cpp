@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <cstdio>
 
 #include "formats/color/ColorConversions.h"
@@ -26,22 +25,10 @@ using Found = std::vector<std::string>;
 
 }  // namespace
 
-TEST(NamedColors, TableHoldsTheCSSColoursSortedAndWellFormed) {
-    const auto colors = namedColors();
-    ASSERT_EQ(colors.size(), 148u);
-    for (size_t i = 0; i < colors.size(); ++i) {
-        if (i > 0) {
-            EXPECT_LT(colors[i - 1].name, colors[i].name);
-        }
-        const auto hex = colors[i].hex;
-        EXPECT_EQ(hex.size(), 7u) << colors[i].name;
-        EXPECT_EQ(hex[0], '#');
-        for (char c : hex.substr(1)) EXPECT_TRUE(std::isdigit(c) || (c >= 'a' && c <= 'f')) << colors[i].name;
-    }
-    EXPECT_EQ(namedColorHex("gray"), namedColorHex("grey"));
-    // The first and the last entry: the lookup reaches both ends.
+TEST(NamedColors, LookupReachesBothEndsOfTheSortedTable) {
     EXPECT_EQ(namedColorHex("aliceblue"), "#f0f8ff");
     EXPECT_EQ(namedColorHex("yellowgreen"), "#9acd32");
+    EXPECT_EQ(namedColorHex("gray"), namedColorHex("grey"));
     EXPECT_FALSE(namedColorHex("transparent"));
     EXPECT_FALSE(namedColorHex("Red"));  // keys are lower case; the recogniser lower-cases first
 }
@@ -138,9 +125,6 @@ TEST(ImportColor, LongOrdinaryTextIsScannedToTheEnd) {
     EXPECT_EQ(ImportColor::colors(text, allImportColorPatterns()).size(), 15000u);
 }
 
-TEST(ImportColor, OddTextGivesNothingRatherThanFailing) {
-    EXPECT_EQ(found(""), Found{});
-    EXPECT_EQ(found(std::string("\xff\xfe rgb(1,\xc3") + std::string(1, '\0') + "2,3)"), Found{});
-    // Digits of other scripts match the expressions but do not read as numbers.
+TEST(ImportColor, DigitsOfOtherScriptsMatchTheExpressionsButDoNotReadAsNumbers) {
     EXPECT_EQ(found("rgb(\u0661, 2, 3)"), Found{});
 }
