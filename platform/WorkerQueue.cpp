@@ -35,7 +35,9 @@ void WorkerQueue::run() {
             return a.due != b.due ? a.due < b.due : a.order < b.order;
         });
         if (next->due > std::chrono::steady_clock::now()) {
-            wake_.wait_until(lock, next->due);
+            // A copy: waiting unlocks, and a post meanwhile may move the items, and the one `next` names.
+            const auto due = next->due;
+            wake_.wait_until(lock, due);
             continue;
         }
         Task task = std::move(next->task);
