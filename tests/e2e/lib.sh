@@ -17,6 +17,12 @@ cleanup() {
     local status=$?
     [[ -n $AGENT_PID ]] && kill "$AGENT_PID" 2>/dev/null || true
     for pid in "${PIDS[@]}"; do kill "$pid" 2>/dev/null || true; done
+    # What does not end on SIGTERM within two seconds is killed, so a failing run never hangs here.
+    sleep 0.2
+    for pid in $AGENT_PID "${PIDS[@]}"; do
+        for _ in $(seq 20); do kill -0 "$pid" 2>/dev/null || break; sleep 0.1; done
+        kill -KILL "$pid" 2>/dev/null || true
+    done
     wait 2>/dev/null || true
     if ((status != 0)); then
         echo "--- agent log ---"
@@ -38,14 +44,25 @@ PIDS+=($!)
 for _ in $(seq 100); do xdpyinfo >/dev/null 2>&1 && break; sleep 0.1; done
 xdpyinfo >/dev/null 2>&1 || fail "Xvfb did not start"
 
-# The tray host: an XEmbed system tray that owns _NET_SYSTEM_TRAY_S0.
+# The tray host: an XEmbed system tray that owns _NET_SYSTEM_TRAY_S0. Its window appears before it takes
+# the selection, so wait for the selection's owner itself: the agent looks for the tray once, at start.
 trayer --edge top --align right --widthtype pixel --width 200 --heighttype pixel --height 24 >"$WORK/trayer.log" 2>&1 &
 PIDS+=($!)
-for _ in $(seq 100); do
-    xprop -root _NET_SUPPORTING_WM_CHECK >/dev/null 2>&1
-    xdotool search --class trayer >/dev/null 2>&1 && break
-    sleep 0.1
-done
+tray_owned() {
+    python3 - <<'PY'
+import ctypes, sys
+x11 = ctypes.CDLL("libX11.so.6")
+x11.XOpenDisplay.restype = ctypes.c_void_p
+x11.XInternAtom.restype = ctypes.c_ulong
+x11.XInternAtom.argtypes = [ctypes.c_void_p, ctypes.c_char_p, ctypes.c_int]
+x11.XGetSelectionOwner.restype = ctypes.c_ulong
+x11.XGetSelectionOwner.argtypes = [ctypes.c_void_p, ctypes.c_ulong]
+display = x11.XOpenDisplay(None)
+sys.exit(0 if display and x11.XGetSelectionOwner(display, x11.XInternAtom(display, b"_NET_SYSTEM_TRAY_S0", 0)) else 1)
+PY
+}
+for _ in $(seq 100); do tray_owned && break; sleep 0.1; done
+tray_owned || fail "the tray host did not take the tray"
 
 agent_runs=0
 start_agent() {
