@@ -183,6 +183,28 @@ TEST_F(WebDavSyncTest, TwoMachinesMergeEachOthersEdits) {
     EXPECT_EQ(User::shared()->history->uuid, aHistory);
 }
 
+// A machine that was off for a while starts with the library it saved long ago: loading it must not make it
+// look new, or its push would put the old palettes over the other machine's newer ones.
+TEST_F(WebDavSyncTest, AMachineStartingWithAnOlderLibraryReceivesTheNewerRecord) {
+    aPushesAPalette("From A");
+    const Json pushed = serverRecord();
+
+    become(b);
+    auto old = User::fromJson(Json::parse(R"({"palettes":[]})"));
+    old->palettes.push_back(Palette::make({Color::make(0.9, 0.1, 0.1, 1)}, "Saved in 2020"));
+    old->updatedAt = "2020-05-01T12:00:00Z";
+    const auto path = *User::store().path("v5");
+    b.files.createDirectories(parentPath(path));
+    b.files.writeAtomically(path, compactText(old->toJson()));
+    User::shared()->load();  // as the agent starts: the sync is installed, the library loads, then it compares
+    sync(true);
+
+    EXPECT_EQ(serverRecord(), pushed);
+    ASSERT_EQ(User::shared()->palettes.size(), 2u);
+    EXPECT_EQ(User::shared()->palettes[1]->name, "From A");
+    EXPECT_NE(b.files.read(path)->find("From A"), std::string::npos);
+}
+
 TEST_F(WebDavSyncTest, ConflictingWriteIsRefusedAndSettled) {
     become(a);
     sync(false);  // creates the record
