@@ -304,16 +304,14 @@ TEST_F(WebDavSyncTest, SyncRequestAnswersWithWhatHappened) {
     aPushesAPalette("From A");
 
     become(b);
-    EXPECT_EQ(syncRequest(), "CloudKit fetch succeeded for record ID: alice\n"
-                             "The account's record was merged into the library\n");
+    EXPECT_EQ(syncRequest(), "The newer record on the sync server was merged into the library\n");
 
     // A change made while the push could not go out: the sync finds the library newer and waits for its push.
     letTheServerTagSettle();
     User::shared()->palettes.pop_back();
     User::shared()->trigger(true, true, true, false);
-    const auto lines = syncRequest();
-    EXPECT_NE(lines.find("The library is newer than the account's record\n"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("CloudKit record updated successfully.\n"), std::string::npos) << lines;
+    EXPECT_EQ(syncRequest(), "The library is newer than the record on the sync server\n"
+                             "Sent the library to the sync server\n");
     EXPECT_EQ(serverPaletteCount(), 1u);
 }
 
@@ -335,7 +333,7 @@ TEST_F(WebDavSyncTest, SyncRequestAsksForThePasswordOnce) {
     handleLibraryRequest(Json{{"sync", true}}, [&reply](const Json& answer) { reply = answer; });
     ASSERT_TRUE(queue.runUntil([&] { return reply.has_value(); }));
 
-    EXPECT_NE(reply->dump().find("CloudKit record updated successfully."), std::string::npos) << reply->dump();
+    EXPECT_NE(reply->dump().find("Sent the library to the sync server"), std::string::npos) << reply->dump();
     EXPECT_EQ(reads, 1);
     // Once the request has answered, the next call reads the account again, so a new password takes effect.
     clock.advance(2s);
@@ -369,9 +367,10 @@ TEST_F(WebDavSyncTest, BadRecordsAndBadServersLeaveTheLibraryAsItIs) {
     }
     const auto lines = log.text();
     EXPECT_NE(lines.find("CloudKit record does not decode"), std::string::npos);
-    EXPECT_NE(lines.find("CloudKit fetch failed: the record does not decode"), std::string::npos);
-    EXPECT_NE(lines.find("timed out"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("HTTP 401"), std::string::npos);
+    EXPECT_NE(lines.find("CloudKit fetch failed: the sync server's record is not a library"), std::string::npos);
+    EXPECT_NE(lines.find("CloudKit fetch failed: the sync server did not answer in time"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("CloudKit fetch failed: the sync server refused the user name or password (HTTP 401)"),
+              std::string::npos);
 }
 
 }  // namespace
