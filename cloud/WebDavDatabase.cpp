@@ -33,7 +33,7 @@ std::string statusError(const HttpResponse& response) {
         case HttpFailure::none: break;
     }
     if (response.status == 401) return "the sync server refused the user name or password (HTTP 401)";
-    if (response.status == 403) return "the sync server does not let this account at its record (HTTP 403)";
+    if (response.status == 403) return "the sync server refused this account access to its record (HTTP 403)";
     return "the sync server answered HTTP " + std::to_string(response.status);
 }
 

@@ -351,10 +351,12 @@ TEST_F(WebDavSyncTest, BadRecordsAndBadServersLeaveTheLibraryAsItIs) {
         EXPECT_EQ(compactText(User::shared()->toJson()), library);
     }
 
-    // A server that never answers, and a wrong password: the save has already happened, and the library stays.
+    // A server that never answers, a wrong password, a folder that is not there: the save has already happened,
+    // and the library stays.
     testing::SilentServer silent;
     for (const auto& account : {WebDavAccount{silent.url(), kUser, kPassword},
-                                WebDavAccount{server->collectionURL(), kUser, "wrong"}}) {
+                                WebDavAccount{server->collectionURL(), kUser, "wrong"},
+                                WebDavAccount{server->collectionURL() + "missing/", kUser, kPassword}}) {
         auto database = std::make_shared<WebDavDatabase>(account, HttpTimeouts{500ms, 700ms});
         databases.push_back(database);
         CloudSync::shared().setSessionProvider([database] { return CloudSession{kUser, database}; });
@@ -365,12 +367,18 @@ TEST_F(WebDavSyncTest, BadRecordsAndBadServersLeaveTheLibraryAsItIs) {
         sync(true);
         EXPECT_EQ(compactText(User::shared()->toJson()), edited);
     }
+    bool idle = false;
+    CloudSync::shared().whenIdle([&idle] { idle = true; });
+    ASSERT_TRUE(queue.runUntil([&idle] { return idle; }));
     const auto lines = log.text();
     EXPECT_NE(lines.find("CloudKit record does not decode"), std::string::npos);
     EXPECT_NE(lines.find("CloudKit fetch failed: the sync server's record is not a library"), std::string::npos);
     EXPECT_NE(lines.find("CloudKit fetch failed: the sync server did not answer in time"), std::string::npos) << lines;
     EXPECT_NE(lines.find("CloudKit fetch failed: the sync server refused the user name or password (HTTP 401)"),
               std::string::npos);
+    EXPECT_NE(lines.find("CloudKit save failed: the sync server has no folder at " + server->collectionURL() +
+                         "missing/ (HTTP 409)"),
+              std::string::npos) << lines;
 }
 
 }  // namespace
