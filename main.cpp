@@ -12,7 +12,9 @@
 
 #include "app/AppDelegate.h"
 #include "cli/Cli.h"
+#include "cli/HeadlessSync.h"
 #include "cli/OpenCommand.h"
+#include "cloud/ConfiguredCloudSession.h"
 #include "library/Sherlog.h"
 #include "platform/AgentChannel.h"
 #include "platform/DeferredMainQueue.h"
@@ -153,7 +155,16 @@ int runHeadless(const std::vector<std::string>& args) {
     kro::JsonFileDefaults defaults(files, defaultsPath(paths));
     kro::NotificationCenter notifications;
     kro::installEnvironment({&clock, &mainQueue, &backgroundQueue, &files, &defaults, &notifications, paths});
+    // A change a command makes is pushed as the agent's are, and the command ends once the push has answered.
+    kro::installCloudSync();
     const int status = kro::cli::runCommand(args, std::cin, std::cout, std::cerr);
+    if (!kro::cli::finishHeadlessSync(std::cerr)) {
+        // A request still under way would answer into a queue that no longer exists: end here. Every store
+        // was written when it changed, so nothing is lost by not waiting.
+        std::cout.flush();
+        std::cerr.flush();
+        std::_Exit(status);
+    }
     mainQueue.drain();
     return status;
 }

@@ -93,7 +93,8 @@ void AppDelegate::applicationDidFinishLaunching() {
 
     // The library is read now, so that the repair below sees it; its completion (the once-only legacy
     // import) runs on a later turn of the loop.
-    // Sync is installed first: a library that loads changed is pushed from inside the load.
+    // Sync is installed first; the comparison in the completion settles a library that loaded older or newer
+    // than the account's record.
     installCloudSync();
     User::shared()->load([](bool success, const std::optional<std::string>& error) {
         env().mainQueue->post([success, error] {

@@ -3,6 +3,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 
 #include "cloud/CloudAccount.h"
@@ -13,7 +14,7 @@ namespace {
 
 using SecretsFactory = std::function<std::unique_ptr<SecretStore>()>;
 
-const char* kUsage = "kro account [set URL USER | remove]";
+const char* kUsage = "kro account [set [--allow-http] URL USER | remove]";
 
 // Reads one line without echo when standard input is the terminal; else the first line as it comes.
 std::optional<std::string> readPassword(CommandContext& context, const std::string& user) {
@@ -40,17 +41,19 @@ std::optional<std::string> readPassword(CommandContext& context, const std::stri
 }
 
 int show(CommandContext& context) {
-    const auto account = loadCloudAccount();
+    std::string problem;
+    const auto account = loadCloudAccount(&problem);
     if (!account) {
         context.out << "signed out\n";
+        if (!problem.empty()) context.err << "kro: " << problem << "\n";
     } else {
-        context.out << account->server << " " << account->user << "\n";
+        context.out << account->server << " " << account->user << (account->allowHttp ? " (plain http allowed)" : "")
+                    << "\n";
     }
     return exitDone;
 }
 
-int set(CommandContext& context, const SecretsFactory& secrets) {
-    const CloudAccount account{context.args[1], context.args[2]};
+int set(CommandContext& context, const CloudAccount& account, const SecretsFactory& secrets) {
     if (auto problem = cloudAccountProblem(account)) return fail(context, *problem);
     auto password = readPassword(context, account.user);
     if (!password) return fail(context, "no password was given");
@@ -82,7 +85,13 @@ void registerAccountCommands(CommandTable& table, SecretsFactory secrets) {
         const Command usage{kUsage, nullptr};
         const auto& args = context.args;
         if (args.empty()) return show(context);
-        if (args[0] == "set" && args.size() == 3) return set(context, secrets);
+        if (args[0] == "set") {
+            std::vector<std::string> operands(args.begin() + 1, args.end());
+            const auto flag = std::find(operands.begin(), operands.end(), "--allow-http");
+            const bool allowHttp = flag != operands.end();
+            if (allowHttp) operands.erase(flag);
+            if (operands.size() == 2) return set(context, {operands[0], operands[1], allowHttp}, secrets);
+        }
         if (args[0] == "remove" && args.size() == 1) return remove(context, secrets);
         return usageError(context, usage);
     }});

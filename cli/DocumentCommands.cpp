@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "cli/AgentRequest.h"
+#include "cli/HeadlessSync.h"
 #include "cli/OpenCommand.h"
 #include "cloud/Snapshots.h"
 #include "documents/DocumentHandler.h"
@@ -46,6 +47,7 @@ int runImport(CommandContext& context, const Command& command) {
 
     std::vector<std::string> paths = Json::parse(request)["open"].get<std::vector<std::string>>();
     User::shared()->load();
+    catchUpBeforeChange(context.err);
     if (anyOfKind(paths, DocumentKind::format)) ColorFormats::shared().load();
     if (anyOfKind(paths, DocumentKind::snapshot)) Snapshots::shared().load();
     const auto summary = DocumentHandler::openFiles(paths);

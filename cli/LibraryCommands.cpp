@@ -3,25 +3,21 @@
 #include <ostream>
 
 #include "cli/AgentRequest.h"
-#include "cloud/ConfiguredCloudSession.h"
+#include "cli/HeadlessSync.h"
 #include "cloud/LibraryRequests.h"
 #include "cloud/Snapshots.h"
 #include "library/User.h"
-#include "platform/DeferredMainQueue.h"
-#include "platform/Environment.h"
 
 namespace kro::cli {
 namespace {
 
-using namespace std::chrono_literals;
-
-// Longer than the HTTP client's own limits on a fetch and the push it may set off.
-constexpr auto kSyncLimit = 90s;
-
 int printReply(CommandContext& context, const Json& reply) {
     if (!reply.is_object()) return fail(context, "the agent gave an answer that is not understood");
+    // What was done is printed also when the request failed partway.
+    for (const auto& line : reply.value("lines", Json::array())) {
+        if (line.is_string()) context.out << line.get<std::string>() << "\n";
+    }
     if (!reply.value("ok", false)) return fail(context, reply.value("error", std::string("the request failed")));
-    for (const auto& line : reply.value("lines", Json::array())) context.out << line.get<std::string>() << "\n";
     return exitDone;
 }
 
@@ -30,15 +26,12 @@ int printReply(CommandContext& context, const Json& reply) {
 int runHere(CommandContext& context, const Json& request) {
     User::shared()->load();
     Snapshots::shared().load();
-    if (request.contains("sync")) CloudSync::shared().setSessionProvider(configuredCloudSession());
-    std::optional<Json> reply;
-    handleLibraryRequest(request, [&reply](const Json& answer) { reply = answer; });
-    if (!reply) {
-        auto* queue = dynamic_cast<DeferredMainQueue*>(env().mainQueue);
-        if (!queue || !queue->runUntil([&reply] { return reply.has_value(); }, kSyncLimit))
-            return fail(context, "the server did not answer in time; nothing was changed here");
-    }
-    return printReply(context, *reply);
+    // Shared with the handler: a reply that comes after the limit must still find it.
+    auto reply = std::make_shared<std::optional<Json>>();
+    handleLibraryRequest(request, [reply](const Json& answer) { *reply = answer; });
+    if (!*reply && !runMainQueueUntil([reply] { return reply->has_value(); }))
+        return fail(context, "the sync server did not answer in time");
+    return printReply(context, **reply);
 }
 
 int run(CommandContext& context, const Json& request) {

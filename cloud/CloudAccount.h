@@ -10,13 +10,17 @@ namespace kro {
 struct CloudAccount {
     std::string server;  // the collection's URL, http or https
     std::string user;    // the sign-in identifier: it names the record
+    // Plain http:// to another machine sends the password readable by anyone on the way: only when asked for.
+    // This machine's own loopback addresses need no leave.
+    bool allowHttp = false;
 
     bool operator==(const CloudAccount&) const = default;
 };
 
 std::string cloudAccountPath();
-// Nothing when no account is set, or when the file does not decode (logged).
-std::optional<CloudAccount> loadCloudAccount();
+// Nothing when no account is set, or when the file does not hold one that can be used (logged, and told in
+// `problem` when given).
+std::optional<CloudAccount> loadCloudAccount(std::string* problem = nullptr);
 bool saveCloudAccount(const CloudAccount& account);
 // Signs out. True when no account file is left.
 bool removeCloudAccount();

@@ -1,7 +1,6 @@
 #include "cloud/CloudSync.h"
 
 #include "cloud/UserUpdate.h"
-#include "library/CloudHook.h"
 #include "library/Sherlog.h"
 #include "library/User.h"
 #include "platform/Environment.h"
@@ -27,11 +26,16 @@ CloudSync& CloudSync::shared() {
 void CloudSync::reset() {
     provider_ = nullptr;
     held_.reset();
-    observer_ = nullptr;
+    observers_.clear();
     inFlight_ = 0;
     idleWaiters_.clear();
     updateGate_.reset();
     fetchGate_.reset();
+}
+
+int CloudSync::addObserver(Observer observer) {
+    observers_.emplace(++nextObserver_, std::move(observer));
+    return nextObserver_;
 }
 
 std::optional<CloudSession> CloudSync::session() const {
@@ -41,57 +45,69 @@ std::optional<CloudSession> CloudSync::session() const {
 
 void CloudSync::updateCloudKit(const std::string& file, const std::string& function, int line, Completion completion) {
     auto session = this->session();
-    if (!session || !canCallUpdateCloudKit()) return finishLater(completion);
-    auto log = [this, file, function, line](const std::string& message, SherlogLevel level) {
-        note(message, level, file, function, line);
-    };
+    if (!session) return finishLater(completion);
+    if (!canCallUpdateCloudKit()) {
+        report(CloudReport::Kind::notSent,
+               "The library was not sent: the sync server was asked less than a second ago; the next sync sends it");
+        return finishLater(completion);
+    }
+    const CallSite site{file, function, line};
     const std::string id = session->recordName;
-    log("Updating CloudKit record with ID: " + id, SherlogLevel::info);
+    log("Updating CloudKit record with ID: " + id, SherlogLevel::info, site);
     requestSent();
-    session->database->fetch(id, [this, session = *session, log, file, function, line,
-                                  completion](CloudFetchResult result) {
+    session->database->fetch(id, [this, session = *session, site, completion](CloudFetchResult result) {
         answerCame();
         const auto& user = *User::shared();
         switch (result.status) {
             case CloudFetchResult::Status::notFound: {
-                log("CloudKit record not found, creating new record for ID: " + session.recordName, SherlogLevel::info);
+                log("CloudKit record not found, creating new record for ID: " + session.recordName,
+                    SherlogLevel::info, site);
                 auto record = CloudRecord::make(session.recordName);
                 record.writeFields(user);
-                return saveRecord(session, record, true, file, function, line, completion);
+                return saveRecord(session, record, true, site, completion);
             }
             case CloudFetchResult::Status::failed:
-                log("CloudKit fetch during update failed: " + result.error, SherlogLevel::error);
+                log("CloudKit fetch during update failed: " + result.error, SherlogLevel::error, site);
+                report(CloudReport::Kind::failed, result.error);
                 return finish(completion);
             case CloudFetchResult::Status::found:
                 if (!result.record) {
-                    log("CloudKit update returned unexpected nil without error.", SherlogLevel::error);
+                    log("CloudKit update returned unexpected nil without error.", SherlogLevel::error, site);
+                    report(CloudReport::Kind::failed, "the sync server answered with an empty record");
                     return finish(completion);
                 }
                 if (result.record->updatedAt() == user.updatedAt) {
-                    log("CloudKit record does not need to be updated.", SherlogLevel::info);
+                    log("CloudKit record does not need to be updated.", SherlogLevel::info, site);
+                    report(CloudReport::Kind::done, "The sync server already holds this library");
                     return finish(completion);
                 }
-                log("CloudKit record found, updating fields.", SherlogLevel::info);
+                log("CloudKit record found, updating fields.", SherlogLevel::info, site);
                 result.record->writeFields(user);
-                return saveRecord(session, *result.record, false, file, function, line, completion);
+                return saveRecord(session, *result.record, false, site, completion);
         }
     });
 }
 
 void CloudSync::saveRecord(const CloudSession& session, const CloudRecord& record, bool created,
-                           const std::string& file, const std::string& function, int line, Completion completion) {
+                           const CallSite& site, Completion completion) {
     requestSent();
-    session.database->save(record, [this, created, file, function, line, completion](CloudSaveResult result) {
+    session.database->save(record, [this, created, site, completion](CloudSaveResult result) {
         answerCame();
         if (result.status == CloudSaveResult::Status::saved) {
-            note(created ? "CloudKit new record saved successfully." : "CloudKit record updated successfully.",
-                 SherlogLevel::info, file, function, line);
+            log(created ? "CloudKit new record saved successfully." : "CloudKit record updated successfully.",
+                SherlogLevel::info, site);
+            report(CloudReport::Kind::done, created ? "Created the account's record on the sync server"
+                                                    : "Sent the library to the sync server");
             return finish(completion);
         }
-        note((created ? "CloudKit save failed: " : "CloudKit update failed: ") + result.error, SherlogLevel::error, file,
-             function, line);
+        log((created ? "CloudKit save failed: " : "CloudKit update failed: ") + result.error, SherlogLevel::error, site);
         // A writer came in between: the server's version is settled by the same rule as a fetched one.
-        if (result.serverRecord) settle(*result.serverRecord, file, function, line);
+        if (result.serverRecord) {
+            report(CloudReport::Kind::done, "Another machine changed the record on the sync server meanwhile");
+            settle(*result.serverRecord, site, true);
+        } else {
+            report(CloudReport::Kind::failed, result.error);
+        }
         finish(completion);
     });
 }
@@ -114,31 +130,61 @@ void CloudSync::wakeIdleWaiters() {
     for (auto& waiter : waiters) waiter();
 }
 
-void CloudSync::note(const std::string& message, SherlogLevel level, const std::string& file,
-                     const std::string& function, int line) const {
-    Sherlog::print(message, level, file, function, line);
-    if (observer_) observer_(message);
+void CloudSync::log(const std::string& message, SherlogLevel level, const CallSite& site) const {
+    Sherlog::print(message, level, site.file, site.function, site.line);
 }
 
-void CloudSync::settle(const CloudRecord& record, const std::string& file, const std::string& function, int line) {
-    const auto result = update(*User::shared(), record, true, true, true, true, file, function, line);
-    if (observer_) observer_(describe(result));
+void CloudSync::report(CloudReport::Kind kind, const std::string& sentence) const {
+    // A copy: an observer may remove itself while it is told.
+    const auto observers = observers_;
+    for (const auto& [id, observer] : observers) observer({kind, sentence});
+}
+
+void CloudSync::settle(const CloudRecord& record, const CallSite& site, bool pushWhenNewer) {
+    const auto result = update(*User::shared(), record, true, true, true, pushWhenNewer, site.file, site.function,
+                               site.line);
+    report(result == SettleResult::undecodable ? CloudReport::Kind::failed : CloudReport::Kind::done,
+           describe(result));
 }
 
 void CloudSync::fetchCloudKit(const std::string& file, const std::string& function, int line, Completion completion) {
+    fetch({file, function, line}, std::move(completion), true);
+}
+
+void CloudSync::fetchBeforeChange(const std::string& file, const std::string& function, int line,
+                                  Completion completion) {
+    fetch({file, function, line}, std::move(completion), false);
+}
+
+void CloudSync::fetch(const CallSite& site, Completion completion, bool pushWhenNewer) {
     auto session = this->session();
-    if (!session || !canCallFetchCloudKit()) return finishLater(completion);
+    if (!session) return finishLater(completion);
+    if (!canCallFetchCloudKit()) {
+        report(CloudReport::Kind::notSent, "No request was made: the last sync was less than a second ago");
+        return finishLater(completion);
+    }
     requestSent();
-    session->database->fetch(session->recordName, [this, id = session->recordName, file, function, line,
-                                                   completion](CloudFetchResult result) {
+    session->database->fetch(session->recordName, [this, id = session->recordName, site, completion,
+                                                   pushWhenNewer](CloudFetchResult result) {
         answerCame();
-        if (result.status != CloudFetchResult::Status::found || !result.record) {
-            const std::string error = result.record || !result.error.empty() ? result.error : "the record is empty";
-            note("CloudKit fetch failed: " + error, SherlogLevel::error, file, function, line);
+        if (result.status == CloudFetchResult::Status::notFound) {
+            // No record is older than any library that was ever changed: that library goes up as the new
+            // record. One never changed (no time) has nothing to offer another machine.
+            log("CloudKit fetch failed: " + result.error, SherlogLevel::info, site);
+            report(CloudReport::Kind::done, "The sync server holds no record for this account yet");
+            if (pushWhenNewer && User::shared()->updatedAt) updateCloudKit(site.file, site.function, site.line);
             return finish(completion);
         }
-        note("CloudKit fetch succeeded for record ID: " + id, SherlogLevel::info, file, function, line);
-        settle(*result.record, file, function, line);
+        if (result.status != CloudFetchResult::Status::found || !result.record) {
+            const std::string error = result.record || !result.error.empty()
+                                          ? result.error
+                                          : "the sync server answered with an empty record";
+            log("CloudKit fetch failed: " + error, SherlogLevel::error, site);
+            report(CloudReport::Kind::failed, error);
+            return finish(completion);
+        }
+        log("CloudKit fetch succeeded for record ID: " + id, SherlogLevel::info, site);
+        settle(*result.record, site, pushWhenNewer);
         finish(completion);
     });
 }

@@ -50,6 +50,16 @@ size_t onHeader(char* data, size_t size, size_t count, void* context) {
     return bytes;
 }
 
+HttpFailure failureOf(CURLcode code) {
+    switch (code) {
+        case CURLE_COULDNT_RESOLVE_PROXY:
+        case CURLE_COULDNT_RESOLVE_HOST:
+        case CURLE_COULDNT_CONNECT: return HttpFailure::unreachable;
+        case CURLE_OPERATION_TIMEDOUT: return HttpFailure::timedOut;
+        default: return HttpFailure::other;
+    }
+}
+
 void initializeCurlOnce() {
     static std::once_flag once;
     std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
@@ -62,6 +72,7 @@ HttpResponse performHttp(const HttpRequest& request) {
     Exchange exchange;
     std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> curl(curl_easy_init(), curl_easy_cleanup);
     if (!curl) {
+        exchange.response.failure = HttpFailure::other;
         exchange.response.error = "the HTTP client could not start";
         return exchange.response;
     }
@@ -99,11 +110,13 @@ HttpResponse performHttp(const HttpRequest& request) {
     const CURLcode code = curl_easy_perform(handle);
     if (exchange.tooLarge) {
         exchange.response = {};
-        exchange.response.error = "the server's answer is too large to be a record";
+        exchange.response.failure = HttpFailure::tooLarge;
+        exchange.response.error = "the answer is too large to be a record";
         return exchange.response;
     }
     if (code != CURLE_OK) {
         exchange.response.status = 0;
+        exchange.response.failure = failureOf(code);
         exchange.response.error = errorBuffer[0] ? errorBuffer : curl_easy_strerror(code);
         return exchange.response;
     }

@@ -22,9 +22,13 @@ struct HttpRequest {
     HttpTimeouts timeouts;
 };
 
+// Why no answer came.
+enum class HttpFailure { none, unreachable, timedOut, tooLarge, other };
+
 struct HttpResponse {
-    // 0 when no answer came (the error says why).
+    // 0 when no answer came (`failure` and the error say why).
     long status = 0;
+    HttpFailure failure = HttpFailure::none;
     std::string body;
     std::string etag;
     std::string error;

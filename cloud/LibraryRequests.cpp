@@ -1,5 +1,6 @@
 #include "cloud/LibraryRequests.h"
 
+#include "cloud/CloudAccount.h"
 #include "cloud/CloudSync.h"
 #include "cloud/Snapshots.h"
 #include "library/User.h"
@@ -41,20 +42,40 @@ Json snapshotRequest(const Json& request) {
     return refused("unknown snapshot action \"" + action + "\"");
 }
 
+// What a sync did, in order, and the first thing that went wrong.
+struct SyncOutcome {
+    std::vector<std::string> lines;
+    std::optional<std::string> failure;
+};
+
 void syncRequest(const std::function<void(const Json& reply)>& reply) {
     auto& sync = CloudSync::shared();
     // Reading the session reads the account file and asks the secret store: once for the whole request.
     auto session = sync.session();
-    if (!session) return reply(refused("signed out: set an account with kro account set URL USER"));
+    if (!session) {
+        std::string problem;
+        loadCloudAccount(&problem);
+        return reply(refused(problem.empty() ? "signed out: set an account with kro account set URL USER" : problem));
+    }
     sync.holdSession(std::move(session));
-    auto lines = std::make_shared<std::vector<std::string>>();
-    sync.setObserver([lines](const std::string& line) { lines->push_back(line); });
-    sync.fetchCloudKit("Kro/LibraryRequests", "sync()", __LINE__, [lines, reply] {
-        CloudSync::shared().whenIdle([lines, reply] {
+    auto outcome = std::make_shared<SyncOutcome>();
+    const int observer = sync.addObserver([outcome](const CloudReport& report) {
+        if (report.kind != CloudReport::Kind::failed) {
+            outcome->lines.push_back(report.sentence);
+        } else if (!outcome->failure) {
+            outcome->failure = report.sentence;
+        }
+    });
+    sync.fetchCloudKit("Kro/LibraryRequests", "sync()", __LINE__, [outcome, observer, reply] {
+        CloudSync::shared().whenIdle([outcome, observer, reply] {
             CloudSync::shared().holdSession(std::nullopt);
-            CloudSync::shared().setObserver(nullptr);
-            if (lines->empty()) lines->push_back("No request was made: the last sync was less than a second ago");
-            reply(done(*lines));
+            CloudSync::shared().removeObserver(observer);
+            Json answer = done(outcome->lines);
+            if (outcome->failure) {
+                answer["ok"] = false;
+                answer["error"] = *outcome->failure;
+            }
+            reply(answer);
         });
     });
 }

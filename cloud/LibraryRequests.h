@@ -2,7 +2,8 @@
 // The snapshot and sync commands, answered the same way by the running agent (over its socket) and by a
 // command run when no agent is there. A request is one JSON object:
 //   {"snapshot": "list"}, {"snapshot": "create"}, {"snapshot": "restore", "uuid": U}, {"sync": true}
-// and its reply is {"ok": bool, "lines": [text...], "error": text}: the lines say what was done.
+// and its reply is {"ok": bool, "lines": [text...], "error": text}: the lines say what was done, also when
+// the request failed partway (a sync that merged, then could not send).
 #include <functional>
 
 #include "platform/Json.h"

@@ -23,11 +23,13 @@ std::string recordDescription(const CloudRecord& record, const CloudRecordFields
 
 std::string describe(SettleResult result) {
     switch (result) {
-        case SettleResult::undecodable: return "The account's record does not decode: the library stays as it is";
-        case SettleResult::same: return "The library and the account's record are the same";
-        case SettleResult::libraryNewer: return "The library is newer than the account's record";
-        case SettleResult::nothingToCopy: return "The account's record is newer but holds nothing the library lacks";
-        case SettleResult::merged: return "The account's record was merged into the library";
+        case SettleResult::undecodable:
+            return "the record on the sync server is not a library this program reads; the library stays as it is";
+        case SettleResult::same: return "The library and the record on the sync server are the same";
+        case SettleResult::libraryNewer: return "The library is newer than the record on the sync server";
+        case SettleResult::nothingToCopy:
+            return "The record on the sync server is newer but holds nothing the library lacks";
+        case SettleResult::merged: return "The newer record on the sync server was merged into the library";
     }
     return {};
 }

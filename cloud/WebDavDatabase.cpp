@@ -23,10 +23,18 @@ std::string percentEncoded(const std::string& text) {
     return encoded;
 }
 
+// What went wrong, in a person's words: the same text goes to the log and to `kro sync`.
 std::string statusError(const HttpResponse& response) {
-    if (response.status == 0) return response.error;
-    if (response.status == 401) return "the server refused the account's name or password (HTTP 401)";
-    return "the server answered HTTP " + std::to_string(response.status);
+    switch (response.failure) {
+        case HttpFailure::unreachable: return "the sync server could not be reached (" + response.error + ")";
+        case HttpFailure::timedOut: return "the sync server did not answer in time (" + response.error + ")";
+        case HttpFailure::tooLarge: return "the sync server's answer is too large to be a library record";
+        case HttpFailure::other: return "the exchange with the sync server failed (" + response.error + ")";
+        case HttpFailure::none: break;
+    }
+    if (response.status == 401) return "the sync server refused the user name or password (HTTP 401)";
+    if (response.status == 403) return "the sync server refused this account access to its record (HTTP 403)";
+    return "the sync server answered HTTP " + std::to_string(response.status);
 }
 
 }  // namespace
@@ -75,7 +83,7 @@ CloudFetchResult WebDavDatabase::fetchNow(const std::string& recordName) const {
     CloudFetchResult result;
     if (response.status == 404) {
         result.status = CloudFetchResult::Status::notFound;
-        result.error = "no record on the server (HTTP 404)";
+        result.error = "the sync server holds no record for this account yet (HTTP 404)";
         return result;
     }
     if (response.status != 200) {
@@ -92,7 +100,7 @@ CloudFetchResult WebDavDatabase::fetchNow(const std::string& recordName) const {
         result.record = std::move(record);
     } catch (const JsonDecodeError& error) {
         result.status = CloudFetchResult::Status::failed;
-        result.error = std::string("the record does not decode: ") + error.what();
+        result.error = std::string("the sync server's record is not a library: ") + error.what();
     }
     return result;
 }
@@ -109,9 +117,14 @@ CloudSaveResult WebDavDatabase::saveNow(const CloudRecord& record) const {
         return result;
     }
     result.error = statusError(response);
+    // A missing parent collection: the account's URL names no folder on the server.
+    if (response.status == 404 || response.status == 409) {
+        result.error = "the sync server has no folder at " + account_.collectionURL + " (HTTP " +
+                       std::to_string(response.status) + ")";
+    }
     if (response.status == 412) {
         result.status = CloudSaveResult::Status::conflict;
-        result.error = "the record changed on the server since it was read (HTTP 412)";
+        result.error = "the record changed on the sync server since it was read (HTTP 412)";
         // Like a database that hands back its own version with the conflict, so the caller can settle it.
         auto current = fetchNow(record.recordName);
         if (current.record) result.serverRecord = std::move(current.record);

@@ -11,9 +11,6 @@
 namespace kro {
 namespace {
 
-constexpr const char* kUpdateSource = "Kro/User+Update";
-constexpr const char* kTriggerFunction = "trigger(undo:save:notify:cloud:file:function:line:)";
-
 std::shared_ptr<User>& sharedInstance() {
     static std::shared_ptr<User> user;
     return user;
@@ -129,10 +126,10 @@ const Store& User::store() {
 void User::load(const StoreCompletion& completion) {
     store().load([](const Json& json) { return User::fromJson(json); },
                  [this](const std::shared_ptr<User>& loaded, bool migrating) {
-                     if (copyFields(*loaded, true)) {
-                         moveUpdatedAt();
-                         updateCloudKit(kUpdateSource, kTriggerFunction, 169);
-                     }
+                     // The stored time is kept, not stamped: a library is as old as its last change, and
+                     // only then does the first comparison with the sync server tell which side is newer.
+                     // Pushing from here would put an old library over newer work from another machine.
+                     copyFields(*loaded, true);
                      // A library found only in an older version folder is written to the present one.
                      if (migrating) save();
                  },
@@ -178,11 +175,10 @@ bool User::copyFields(const User& other, bool includeUpdatedAt) {
     copy(paletteUUID, other.paletteUUID, equal);
     copy(palettes, other.palettes, [](const auto& a, const auto& b) { return samePalettes(a, b); });
     copy(createdAt, other.createdAt, equal);
-    if (includeUpdatedAt && updatedAt != other.updatedAt) {
-        updatedAt = other.updatedAt;
-        changed = true;
-        if (!updatedAt || !parseDateText(*updatedAt)) updatedAt = dateText(env().clock->now());
-    }
+    // A time that is not a date counts as unknown, which loses to any record's time: it must never make a
+    // library look newer than it is.
+    const auto otherUpdatedAt = other.updatedAt && parseDateText(*other.updatedAt) ? other.updatedAt : std::nullopt;
+    if (includeUpdatedAt) copy(updatedAt, otherUpdatedAt, equal);
     return changed;
 }
 

@@ -53,7 +53,8 @@ public:
                                const char* function, int line);
 
     // Copies `other`'s fields into this one, each only if it differs: uuid, history, paletteUUID, palettes,
-    // createdAt, and updatedAt when asked. True when something changed.
+    // createdAt, and updatedAt when asked (a time that is not a date is copied as absent). True when something
+    // changed.
     bool copyFields(const User& other, bool includeUpdatedAt);
 
     // The history followed by the palettes.

@@ -41,7 +41,7 @@ public:
         return kept.size() == entries.size() || write(kept);
     }
 
-    std::string description() const override { return path_ + " (readable only by you)"; }
+    std::string description() const override { return path_ + " (plain text, readable only by you)"; }
 
 private:
     static bool matches(const Json& entry, const std::string& server, const std::string& user) {

@@ -49,6 +49,11 @@ TEST_F(AccountCommandsTest, BadInputChangesNothing) {
     EXPECT_EQ(run({"account", "set", "https://alice:pw@example.com/", "alice"}, "pw\n"), exitFailed);
     EXPECT_EQ(run({"account", "set", "https://example.com/", ""}, "pw\n"), exitFailed);
     EXPECT_EQ(run({"account", "set", "https://example.com/", "alice"}, ""), exitFailed);  // no password line at all
+    // Plain http to another machine would carry the password readable on the way.
+    for (const char* url : {"http://dav.example.com/kro/", "http://127.example.com/"}) {
+        EXPECT_EQ(run({"account", "set", url, "alice"}, "pw\n"), exitFailed) << url;
+    }
+    EXPECT_NE(err.str().find("--allow-http"), std::string::npos) << err.str();
     EXPECT_EQ(run({"account", "set", "https://example.com/"}), exitUsage);
     EXPECT_EQ(run({"account", "unknown"}), exitUsage);
     EXPECT_TRUE(secrets.empty());
@@ -59,6 +64,18 @@ TEST_F(AccountCommandsTest, BadInputChangesNothing) {
     env.files.writeAtomically(cloudAccountPath(), "{\"server\":4}");
     EXPECT_EQ(run({"account"}), exitDone);
     EXPECT_EQ(out.str(), "signed out\n");
+    EXPECT_NE(err.str().find("does not hold an account"), std::string::npos) << err.str();
+}
+
+TEST_F(AccountCommandsTest, PlainHttpToAnotherMachineOnlyWhenAllowed) {
+    for (const char* url : {"http://localhost/dav/", "http://127.0.0.2:8080/", "http://[::1]:8080/"}) {
+        EXPECT_EQ(run({"account", "set", url, "alice"}, "pw\n"), exitDone) << url << err.str();
+    }
+    EXPECT_EQ(run({"account", "set", "--allow-http", "http://nas.local/dav/", "alice"}, "pw\n"), exitDone);
+    EXPECT_EQ(run({"account"}), exitDone);
+    EXPECT_EQ(out.str(), "http://nas.local/dav/ alice (plain http allowed)\n");
+    ASSERT_TRUE(loadCloudAccount());
+    EXPECT_TRUE(loadCloudAccount()->allowHttp);
 }
 
 }  // namespace

@@ -66,10 +66,16 @@ TEST_F(LibraryCommandsTest, SnapshotsAreMadeListedAndRestoredWithoutAnAgent) {
 }
 
 TEST_F(LibraryCommandsTest, TheRunningAgentAnswersAndItsLinesArePrinted) {
-    agent.reply = R"({"ok":true,"lines":["CloudKit fetch succeeded for record ID: alice","Merged"]})";
+    agent.reply = R"({"ok":true,"lines":["Merged"]})";
     ASSERT_EQ(run({"sync"}), exitDone);
     EXPECT_EQ(agent.requests, std::vector<std::string>{R"({"sync":true})"});
-    EXPECT_EQ(out.str(), "CloudKit fetch succeeded for record ID: alice\nMerged\n");
+    EXPECT_EQ(out.str(), "Merged\n");
+
+    // A sync that failed partway: what was done, then why it stopped.
+    agent.reply = R"({"ok":false,"lines":["The library is newer"],"error":"the sync server answered HTTP 507"})";
+    EXPECT_EQ(run({"sync"}), exitFailed);
+    EXPECT_EQ(out.str(), "The library is newer\n");
+    EXPECT_EQ(err.str(), "kro: the sync server answered HTTP 507\n");
 
     agent.reply = R"({"ok":false,"error":"no snapshot has the identifier x"})";
     EXPECT_EQ(run({"snapshot", "restore", "x"}), exitFailed);

@@ -144,6 +144,51 @@ TEST_F(CloudSyncTest, ConflictingWriterIsSettledByTheComparison) {
     EXPECT_EQ(count(env.notifications.postedNames(), Notifications::userCloudMerged), 1);
 }
 
+// What a command prints comes from these reports: the sync server's words, never the log's.
+TEST_F(CloudSyncTest, ReportsTellWhatHappenedAndWhatFailed) {
+    std::vector<std::pair<CloudReport::Kind, std::string>> reports;
+    CloudSync::shared().addObserver([&](const CloudReport& report) { reports.emplace_back(report.kind, report.sentence); });
+    using Kind = CloudReport::Kind;
+
+    // No record yet: a library that was ever changed goes up as the new one.
+    user().trigger(false, true, false, false);
+    CloudSync::shared().fetchCloudKit("test", "test", 1);
+    run();
+    EXPECT_EQ(database->records.count("alice"), 1u);
+    CloudSync::shared().updateCloudKit("test", "test", 1);  // within the second
+    run();
+    later();
+    database->failure = "the sync server could not be reached (refused)";
+    CloudSync::shared().fetchCloudKit("test", "test", 1);
+    run();
+    EXPECT_EQ(reports, (std::vector<std::pair<Kind, std::string>>{
+                           {Kind::done, "The sync server holds no record for this account yet"},
+                           {Kind::done, "Created the account's record on the sync server"},
+                           {Kind::notSent, "The library was not sent: the sync server was asked less than a second "
+                                           "ago; the next sync sends it"},
+                           {Kind::failed, "the sync server could not be reached (refused)"}}));
+}
+
+// Before a command changes the library it settles with the record, leaving the push to the change itself.
+TEST_F(CloudSyncTest, FetchBeforeChangeMergesANewerRecordAndPushesNothing) {
+    const auto fetchBeforeChange = [this] {
+        CloudSync::shared().fetchBeforeChange("test", "test", 1, nullptr);
+        run();
+        later();
+    };
+    user().trigger(false, true, false, false);
+    fetchBeforeChange();  // no record: the change's push will make it
+    database->records["alice"] = {remoteDocument("2020-01-01T00:00:00Z", "Older"), 1};
+    fetchBeforeChange();
+    EXPECT_EQ(database->saves, 0);
+    EXPECT_EQ(user().palettes[0]->name, "Your First Palette!");
+
+    database->records["alice"] = {remoteDocument("2099-01-01T00:00:00Z", "Newer"), 2};
+    fetchBeforeChange();
+    EXPECT_EQ(database->saves, 0);
+    EXPECT_EQ(user().palettes[0]->name, "Newer");
+}
+
 class ComparisonTest : public CloudSyncTest {
 protected:
     CloudRecord record(const Json& document) { return CloudRecord{"alice", document, std::nullopt}; }

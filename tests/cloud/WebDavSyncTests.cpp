@@ -183,6 +183,28 @@ TEST_F(WebDavSyncTest, TwoMachinesMergeEachOthersEdits) {
     EXPECT_EQ(User::shared()->history->uuid, aHistory);
 }
 
+// A machine that was off for a while starts with the library it saved long ago: loading it must not make it
+// look new, or its push would put the old palettes over the other machine's newer ones.
+TEST_F(WebDavSyncTest, AMachineStartingWithAnOlderLibraryReceivesTheNewerRecord) {
+    aPushesAPalette("From A");
+    const Json pushed = serverRecord();
+
+    become(b);
+    auto old = User::fromJson(Json::parse(R"({"palettes":[]})"));
+    old->palettes.push_back(Palette::make({Color::make(0.9, 0.1, 0.1, 1)}, "Saved in 2020"));
+    old->updatedAt = "2020-05-01T12:00:00Z";
+    const auto path = *User::store().path("v5");
+    b.files.createDirectories(parentPath(path));
+    b.files.writeAtomically(path, compactText(old->toJson()));
+    User::shared()->load();  // as the agent starts: the sync is installed, the library loads, then it compares
+    sync(true);
+
+    EXPECT_EQ(serverRecord(), pushed);
+    ASSERT_EQ(User::shared()->palettes.size(), 2u);
+    EXPECT_EQ(User::shared()->palettes[1]->name, "From A");
+    EXPECT_NE(b.files.read(path)->find("From A"), std::string::npos);
+}
+
 TEST_F(WebDavSyncTest, ConflictingWriteIsRefusedAndSettled) {
     become(a);
     sync(false);  // creates the record
@@ -282,16 +304,14 @@ TEST_F(WebDavSyncTest, SyncRequestAnswersWithWhatHappened) {
     aPushesAPalette("From A");
 
     become(b);
-    EXPECT_EQ(syncRequest(), "CloudKit fetch succeeded for record ID: alice\n"
-                             "The account's record was merged into the library\n");
+    EXPECT_EQ(syncRequest(), "The newer record on the sync server was merged into the library\n");
 
     // A change made while the push could not go out: the sync finds the library newer and waits for its push.
     letTheServerTagSettle();
     User::shared()->palettes.pop_back();
     User::shared()->trigger(true, true, true, false);
-    const auto lines = syncRequest();
-    EXPECT_NE(lines.find("The library is newer than the account's record\n"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("CloudKit record updated successfully.\n"), std::string::npos) << lines;
+    EXPECT_EQ(syncRequest(), "The library is newer than the record on the sync server\n"
+                             "Sent the library to the sync server\n");
     EXPECT_EQ(serverPaletteCount(), 1u);
 }
 
@@ -313,7 +333,7 @@ TEST_F(WebDavSyncTest, SyncRequestAsksForThePasswordOnce) {
     handleLibraryRequest(Json{{"sync", true}}, [&reply](const Json& answer) { reply = answer; });
     ASSERT_TRUE(queue.runUntil([&] { return reply.has_value(); }));
 
-    EXPECT_NE(reply->dump().find("CloudKit record updated successfully."), std::string::npos) << reply->dump();
+    EXPECT_NE(reply->dump().find("Sent the library to the sync server"), std::string::npos) << reply->dump();
     EXPECT_EQ(reads, 1);
     // Once the request has answered, the next call reads the account again, so a new password takes effect.
     clock.advance(2s);
@@ -331,10 +351,12 @@ TEST_F(WebDavSyncTest, BadRecordsAndBadServersLeaveTheLibraryAsItIs) {
         EXPECT_EQ(compactText(User::shared()->toJson()), library);
     }
 
-    // A server that never answers, and a wrong password: the save has already happened, and the library stays.
+    // A server that never answers, a wrong password, a folder that is not there: the save has already happened,
+    // and the library stays.
     testing::SilentServer silent;
     for (const auto& account : {WebDavAccount{silent.url(), kUser, kPassword},
-                                WebDavAccount{server->collectionURL(), kUser, "wrong"}}) {
+                                WebDavAccount{server->collectionURL(), kUser, "wrong"},
+                                WebDavAccount{server->collectionURL() + "missing/", kUser, kPassword}}) {
         auto database = std::make_shared<WebDavDatabase>(account, HttpTimeouts{500ms, 700ms});
         databases.push_back(database);
         CloudSync::shared().setSessionProvider([database] { return CloudSession{kUser, database}; });
@@ -345,11 +367,18 @@ TEST_F(WebDavSyncTest, BadRecordsAndBadServersLeaveTheLibraryAsItIs) {
         sync(true);
         EXPECT_EQ(compactText(User::shared()->toJson()), edited);
     }
+    bool idle = false;
+    CloudSync::shared().whenIdle([&idle] { idle = true; });
+    ASSERT_TRUE(queue.runUntil([&idle] { return idle; }));
     const auto lines = log.text();
     EXPECT_NE(lines.find("CloudKit record does not decode"), std::string::npos);
-    EXPECT_NE(lines.find("CloudKit fetch failed: the record does not decode"), std::string::npos);
-    EXPECT_NE(lines.find("timed out"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("HTTP 401"), std::string::npos);
+    EXPECT_NE(lines.find("CloudKit fetch failed: the sync server's record is not a library"), std::string::npos);
+    EXPECT_NE(lines.find("CloudKit fetch failed: the sync server did not answer in time"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("CloudKit fetch failed: the sync server refused the user name or password (HTTP 401)"),
+              std::string::npos);
+    EXPECT_NE(lines.find("CloudKit save failed: the sync server has no folder at " + server->collectionURL() +
+                         "missing/ (HTTP 409)"),
+              std::string::npos) << lines;
 }
 
 }  // namespace

@@ -46,11 +46,16 @@ TEST_F(LibraryStore, AGoodPresentFileIsLoadedAndNotRewritten) {
     ASSERT_EQ(user().palettes.size(), 1u);
     EXPECT_EQ(user().palettes[0]->name, "Present");
     EXPECT_EQ(environment.files.writeCount, 0);
-    EXPECT_EQ(posted(), (std::vector<std::string>{"UserLoaded", "test.cloud"}));
-    // The copy changed the library, so its time moved and the cloud was told, as the pipeline would.
-    EXPECT_EQ(user().updatedAt, "2026-01-01T00:00:00Z");
-    EXPECT_EQ(cloudCalls, (std::vector<std::string>{
-                              "Kro/User+Update|trigger(undo:save:notify:cloud:file:function:line:)|169"}));
+    EXPECT_EQ(posted(), (std::vector<std::string>{"UserLoaded"}));
+    // The library keeps the time of its last change, and loading it pushes nothing: only the comparison with
+    // the account's record that follows can tell which side is newer.
+    EXPECT_EQ(user().updatedAt, "2025-06-01T00:00:00Z");
+    EXPECT_TRUE(cloudCalls.empty());
+
+    // A time that is not a date is unknown, never the present time: the record's time wins over it.
+    putFile(v5Path(), R"({"updatedAt":"garbage"})");
+    load();
+    EXPECT_FALSE(user().updatedAt);
 }
 
 TEST_F(LibraryStore, ACorruptPresentFileFallsBackToTheOlderVersionAndIsReplaced) {
@@ -61,7 +66,7 @@ TEST_F(LibraryStore, ACorruptPresentFileFallsBackToTheOlderVersionAndIsReplaced)
     EXPECT_TRUE(result.success);
     ASSERT_EQ(user().palettes.size(), 1u);
     EXPECT_EQ(user().palettes[0]->name, "Older");
-    EXPECT_EQ(posted(), (std::vector<std::string>{"UserLoaded", "test.cloud", "UserSaved"}));
+    EXPECT_EQ(posted(), (std::vector<std::string>{"UserLoaded", "UserSaved"}));
     auto written = User::fromJson(Json::parse(environment.files.files.at(v5Path())));
     EXPECT_EQ(*written, user());
     EXPECT_EQ(environment.files.files.at(v4Path()), older);

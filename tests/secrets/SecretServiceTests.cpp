@@ -26,7 +26,7 @@ using SecretService = OnPrivateBus;
 
 TEST_F(NoSecretService, PasswordsGoToThePrivateFile) {
     auto store = makeSecretStore(paths);
-    EXPECT_EQ(store->description(), secretsFile + " (readable only by you)");
+    EXPECT_EQ(store->description(), secretsFile + " (plain text, readable only by you)");
     ASSERT_TRUE(store->setPassword("https://dav.example/kro/", "alice", "s3cret"));
     EXPECT_TRUE(std::filesystem::exists(secretsFile));
     EXPECT_EQ(makeSecretStore(paths)->password("https://dav.example/kro/", "alice"), "s3cret");
