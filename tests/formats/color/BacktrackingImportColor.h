@@ -73,11 +73,12 @@ inline Scan colors(std::string_view text, const std::set<ImportColorPattern>& pa
     for (size_t i = 0; i < ImportColor::kSteps.size(); ++i) {
         const auto& step = ImportColor::kSteps[i];
         if (!patterns.contains(step.kind)) continue;
-        const auto& [expression, numberExpression] = compiled[i];
-        scan.finished &= forEachMatch(*expression, unicodeText, [&](const std::string& match) {
+        const auto& matches = compiled[i].first;
+        const auto& numberMatches = compiled[i].second;
+        scan.finished &= forEachMatch(*matches, unicodeText, [&](const std::string& match) {
             ImportColor::Numbers numbers;
-            if (numberExpression) {
-                scan.finished &= forEachMatch(*numberExpression, icu::UnicodeString::fromUTF8(match),
+            if (numberMatches) {
+                scan.finished &= forEachMatch(*numberMatches, icu::UnicodeString::fromUTF8(match),
                                               [&](const std::string& number) { numbers.push_back(number); });
             }
             if (auto color = step.color(match, numbers)) scan.colors.push_back(std::move(*color));
