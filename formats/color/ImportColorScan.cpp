@@ -3,6 +3,7 @@
 #include <re2/re2.h>
 
 #include <cstdio>
+#include <optional>
 
 #include "formats/color/ImportColorCharacters.h"
 
@@ -29,20 +30,16 @@ std::optional<char32_t> peek(std::string_view text, size_t offset) {
     return nextCodePoint(text, offset);
 }
 
-// Moves `offset` past up to `most` digits; returns how many.
-size_t skipDigits(std::string_view text, size_t& offset, size_t most) {
-    size_t count = 0;
-    while (count < most) {
+// Moves `offset` past up to `most` digits.
+void skipDigits(std::string_view text, size_t& offset, size_t most) {
+    for (size_t count = 0; count < most; ++count) {
         const auto c = peek(text, offset);
-        if (!c || !isDigit(*c)) break;
+        if (!c || !isDigit(*c)) return;
         nextCodePoint(text, offset);
-        ++count;
     }
-    return count;
 }
 
-}  // namespace
-
+// The expression in RE2's syntax: "\s", "\d", "\w" and "." become ICU's classes as explicit ranges.
 std::string re2Syntax(std::string_view icuExpression) {
     static const std::string space = classRanges(spaceCharacters());
     static const std::string digit = classRanges(digitCharacters());
@@ -76,6 +73,8 @@ std::string re2Syntax(std::string_view icuExpression) {
     }
     return result;
 }
+
+}  // namespace
 
 LinearExpression::LinearExpression(std::string_view icuExpression) {
     RE2::Options options;

@@ -33,9 +33,6 @@ private:
     std::unique_ptr<re2::RE2> expression_;
 };
 
-// The same expression in RE2's syntax: "\s", "\d", "\w" and "." become ICU's classes as explicit ranges.
-std::string re2Syntax(std::string_view icuExpression);
-
 // Each run of word characters, the matches of "\w{1,}", found by a direct scan that is many times quicker
 // than any engine for an expression with a match in every word.
 void forEachWord(std::string_view text, const Found& found);
