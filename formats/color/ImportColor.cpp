@@ -1,5 +1,6 @@
 #include "formats/color/ImportColor.h"
 
+#include <optional>
 #include <string>
 
 #include "formats/color/ImportColorCharacters.h"
@@ -9,11 +10,17 @@
 namespace kro::ImportColor {
 namespace {
 
+// The names step's matches are the runs of word characters, found by a direct scan; its expression, whose
+// class of word characters is the largest, is never compiled.
+bool scansWords(const Step& step) { return step.kind == ImportColorPattern::html; }
+
 // One per step, compiled once and shared: a compiled expression may be used from any thread.
-const std::vector<LinearExpression>& linearExpressions() {
+const std::vector<std::optional<LinearExpression>>& linearExpressions() {
     static const auto expressions = [] {
-        std::vector<LinearExpression> compiled;
-        for (const auto& step : kSteps) compiled.emplace_back(step.expression);
+        std::vector<std::optional<LinearExpression>> compiled(kSteps.size());
+        for (size_t i = 0; i < kSteps.size(); ++i) {
+            if (!scansWords(kSteps[i])) compiled[i].emplace(kSteps[i].expression);
+        }
         return compiled;
     }();
     return expressions;
@@ -32,11 +39,10 @@ std::vector<ColorValue> colors(std::string_view text, const std::set<ImportColor
         const auto recognise = [&](std::string_view match) {
             if (auto color = step.color(match, numbers(match, step.numberShape))) result.push_back(std::move(*color));
         };
-        // The names step's matches are the runs of word characters, found by a direct scan.
-        if (step.kind == ImportColorPattern::html) {
+        if (scansWords(step)) {
             forEachWord(wellFormedText, recognise);
         } else {
-            expressions[i].forEachMatch(wellFormedText, recognise);
+            expressions[i]->forEachMatch(wellFormedText, recognise);
         }
     }
     return result;
