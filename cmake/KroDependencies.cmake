@@ -8,6 +8,8 @@ find_package(CURL REQUIRED)
 find_package(ICU REQUIRED COMPONENTS uc i18n)
 pkg_check_modules(LCMS2 REQUIRED IMPORTED_TARGET lcms2)
 pkg_check_modules(CAIRO REQUIRED IMPORTED_TARGET cairo)
+# Colour text recognition matches with RE2, whose time is linear in the text whatever the text.
+pkg_check_modules(RE2 REQUIRED IMPORTED_TARGET re2)
 # stb's image reader and writer are header libraries (libstb-dev); the exchange layer compiles them in.
 # JPEG files are read with libjpeg-turbo (libjpeg-dev), which is safe on damaged files where stb is not.
 find_path(STB_INCLUDE_DIR stb/stb_image.h REQUIRED)

@@ -12,8 +12,8 @@ namespace kro::ImportColor {
 
 // Every colour found in `text` by the recognisers of the enabled `patterns`, recogniser by recogniser
 // in a fixed order (names, hex, rgb, rgba, hsl, hsla, HSB, RGB) and in text order within each.
-// Each expression has a time limit, so no text can hang the caller: a recogniser that runs out of time
-// keeps what it found up to then.
+// The whole text is always read, in time linear in its length: no text, however large or made to
+// mislead the expressions, loses a colour or hangs the caller.
 std::vector<ColorValue> colors(std::string_view text, const std::set<ImportColorPattern>& patterns);
 
 }  // namespace kro::ImportColor

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstdio>
 
 #include "formats/color/ColorConversions.h"
@@ -38,6 +41,8 @@ TEST(ImportColor, NamesAreWholeWordsInAnyCaseAndOnlyWhenEnabled) {
     EXPECT_EQ(found("The sky was RED, then Navy; never redder.", names), (Found{"FF0000 1", "000080 1"}));
     EXPECT_EQ(found("rebeccapurple_x rebeccaPurple", names), (Found{"663399 1"}));  // "_" is a word character
     EXPECT_EQ(found("transparent", names), Found{});
+    // Words are lower-cased as Unicode does it: a Kelvin sign becomes "k".
+    EXPECT_EQ(found("blac\u212A", names), (Found{"000000 1"}));
     EXPECT_EQ(found("red", {ImportColorPattern::cssHEX}), Found{});
 }
 
@@ -108,23 +113,93 @@ TEST(ImportColor, RecognisersRunInTheirOrderAndJoinTheirResults) {
     EXPECT_EQ(found(text, {}), Found{});
 }
 
-TEST(ImportColor, TextMadeToBacktrackStopsWithWhatWasFound) {
-    // After a good HSB text, a line with endless "saturation:" and "brightness:" but no "alpha:" makes the
-    // expression try every split of the line. The HSB recogniser gives up there, keeping the colour before
-    // and losing the one after; the other recognisers still run.
-    std::string text = "hue: 0.5 saturation: 1 brightness: 1 alpha: 1\n#102030\nue: ";
-    for (int i = 0; i < 5000; ++i) text += "saturation: brightness: ";
-    text += "x\nhue: 0 saturation: 1 brightness: 1 alpha: 1\nred: 0 green: 0 blue: 0.5 alpha: 1";
-    EXPECT_EQ(found(text, {ImportColorPattern::cssHEX, ImportColorPattern::appleHSB, ImportColorPattern::appleRGB}),
-              (Found{"102030 1", "00FFFF 1", "808080 1"}));
-}
-
-TEST(ImportColor, LongOrdinaryTextIsScannedToTheEnd) {
-    std::string text;
-    for (int i = 0; i < 5000; ++i) text += "a red line with #0a0b0c and rgb(1, 2, 3) in it\n";  // 240 KB
-    EXPECT_EQ(ImportColor::colors(text, allImportColorPatterns()).size(), 15000u);
-}
-
 TEST(ImportColor, DigitsOfOtherScriptsMatchTheExpressionsButDoNotReadAsNumbers) {
     EXPECT_EQ(found("rgb(\u0661, 2, 3)"), Found{});
+}
+
+TEST(ImportColor, TextsMadeToMisleadTheExpressionsKeepTheColourAfterThem) {
+    const auto lastFound = [](const std::string& text) {
+        const auto all = found(text);
+        return all.empty() ? std::string() : all.back();
+    };
+    EXPECT_EQ(lastFound(std::string(1024 * 1024, '#') + " #102030"), "102030 1");
+    std::string hsl;
+    for (int i = 0; i < 1'000'000; ++i) hsl += "hsl(";
+    EXPECT_EQ(lastFound(hsl + "hsl(120, 100%, 50%)"), "00FF00 1");
+    EXPECT_EQ(lastFound(std::string(512 * 1024, 'x') + " red"), "FF0000 1");
+    // A line of HSB labels without an alpha, which makes a backtracking matcher try every split of it,
+    // between two HSB texts and before an RGB one.
+    std::string labels = "hue: 0.5 saturation: 1 brightness: 1 alpha: 1\nue: ";
+    for (int i = 0; i < 5000; ++i) labels += "saturation: brightness: ";
+    labels += "x\nhue: 0 saturation: 1 brightness: 1 alpha: 1\nred: 0 green: 0 blue: 0.5 alpha: 1";
+    EXPECT_EQ(found(labels, {ImportColorPattern::appleHSB, ImportColorPattern::appleRGB}),
+              (Found{"00FFFF 1", "FF0000 1", "808080 1"}));
+}
+
+TEST(ImportColor, SeveralMegabytesOfProseGiveEveryColourInThem) {
+    // Words that are neither colour names nor hold six hex digits in a row.
+    const std::vector<std::string> words = {"the",   "layout", "margin", "shadow", "button", "quiet", "river",
+                                            "under", "moving", "paper",  "stone",  "window", "light", "over",
+                                            "with",  "Design", "TOKENS", "border", "sketch", "hover"};
+    struct Written {
+        std::string text;
+        std::string hex;
+    };
+    const std::vector<Written> hsl = {{"hsl(0, 100%, 50%)", "FF0000"},
+                                      {"HSL(120,100%,50%)", "00FF00"},
+                                      {"hsl( 240 , 100% , 50% )", "0000FF"},
+                                      {"hsl(60, 100%, 50%)", "FFFF00"}};
+    // A fixed linear congruential sequence, so that the text is the same at every run.
+    uint32_t seed = 12345;
+    const auto next = [&](uint32_t bound) {
+        seed = seed * 1664525u + 1013904223u;
+        return (seed >> 8) % bound;
+    };
+    const auto names = namedColors();
+    std::string text;
+    std::array<Found, 4> expected;  // names, hex, rgb, hsl: the order the recognisers' results are joined in
+    char written[64];
+    while (text.size() < 4 * 1024 * 1024) {
+        for (uint32_t i = 0, count = 3 + next(12); i < count; ++i) text += words[next(words.size())] + " ";
+        const uint32_t r = next(256), g = next(256), b = next(256);
+        switch (next(4)) {
+            case 0: {
+                const auto& name = names[next(names.size())];
+                if (name.name == "rebeccapurple") break;  // "ebecca" would be a hex colour as well
+                std::string spelt(name.name);
+                if (next(2)) spelt[0] = static_cast<char>(spelt[0] - 'a' + 'A');
+                text += spelt;
+                expected[0].push_back(hexText(colorFromHex(name.hex)) + " 1");
+                break;
+            }
+            case 1:
+                std::snprintf(written, sizeof written, next(2) ? "#%02x%02x%02x" : "%02X%02X%02X", r, g, b);
+                text += written;
+                std::snprintf(written, sizeof written, "%02X%02X%02X 1", r, g, b);
+                expected[1].push_back(written);
+                break;
+            case 2:
+                std::snprintf(written, sizeof written, "rgb(%u, %u,%u)", r, g, b);
+                text += written;
+                std::snprintf(written, sizeof written, "%02X%02X%02X 1", r, g, b);
+                expected[2].push_back(written);
+                break;
+            case 3: {
+                const auto& colour = hsl[next(hsl.size())];
+                text += colour.text;
+                expected[3].push_back(colour.hex + " 1");
+                break;
+            }
+        }
+        text += next(8) ? ". " : ".\n";
+    }
+    Found all;
+    for (const auto& kind : expected) all.insert(all.end(), kind.begin(), kind.end());
+    ASSERT_GT(all.size(), 50'000u);
+    // The first difference, rather than two lists of some 60,000 colours.
+    const auto result = found(text);
+    const auto [got, wanted] = std::mismatch(result.begin(), result.end(), all.begin(), all.end());
+    EXPECT_TRUE(got == result.end() && wanted == all.end())
+        << "colour " << (got - result.begin()) << " of " << all.size() << ": found "
+        << (got == result.end() ? "nothing" : *got) << ", written " << (wanted == all.end() ? "nothing" : *wanted);
 }
