@@ -1,14 +1,10 @@
 #include "cli/LibraryCommands.h"
 
-#include <ostream>
-
-#include "cli/AgentRequest.h"
+#include "cli/ChangeCommand.h"
+#include "cloud/CloudSync.h"
 #include "cloud/ConfiguredCloudSession.h"
-#include "cloud/LibraryRequests.h"
 #include "cloud/Snapshots.h"
 #include "library/User.h"
-#include "platform/DeferredMainQueue.h"
-#include "platform/Environment.h"
 
 namespace kro::cli {
 namespace {
@@ -18,33 +14,15 @@ using namespace std::chrono_literals;
 // Longer than the HTTP client's own limits on a fetch and the push it may set off.
 constexpr auto kSyncLimit = 90s;
 
-int printReply(CommandContext& context, const Json& reply) {
-    if (!reply.is_object()) return fail(context, "the agent gave an answer that is not understood");
-    if (!reply.value("ok", false)) return fail(context, reply.value("error", std::string("the request failed")));
-    for (const auto& line : reply.value("lines", Json::array())) context.out << line.get<std::string>() << "\n";
-    return exitDone;
-}
-
-// No agent: the stores are read here and the request runs in this process. A sync's answers come from the
-// network thread through the main queue, which this command runs until the reply.
-int runHere(CommandContext& context, const Json& request) {
-    User::shared()->load();
-    Snapshots::shared().load();
-    if (request.contains("sync")) CloudSync::shared().setSessionProvider(configuredCloudSession());
-    std::optional<Json> reply;
-    handleLibraryRequest(request, [&reply](const Json& answer) { reply = answer; });
-    if (!reply) {
-        auto* queue = dynamic_cast<DeferredMainQueue*>(env().mainQueue);
-        if (!queue || !queue->runUntil([&reply] { return reply.has_value(); }, kSyncLimit))
-            return fail(context, "the server did not answer in time; nothing was changed here");
-    }
-    return printReply(context, *reply);
-}
-
 int run(CommandContext& context, const Json& request) {
-    const double limit = request.contains("sync") ? std::chrono::duration<double>(kSyncLimit).count() : 10.0;
-    if (const auto answer = askAgent(compactText(request), limit)) return printReply(context, Json::parse(*answer, nullptr, false));
-    return runHere(context, request);
+    const bool sync = request.contains("sync");
+    return runChange(context, {request,
+                               [sync] {
+                                   User::shared()->load();
+                                   Snapshots::shared().load();
+                                   if (sync) CloudSync::shared().setSessionProvider(configuredCloudSession());
+                               },
+                               sync ? kSyncLimit : 10s});
 }
 
 }  // namespace
@@ -60,8 +38,18 @@ void registerLibraryCommands(CommandTable& table) {
         if (!context.args.empty()) return usageError(context, syncCommand);
         return run(context, Json{{"sync", true}});
     }};
+    static const Command undoCommand{"kro undo", [](CommandContext& context) {
+        if (!context.args.empty()) return usageError(context, undoCommand);
+        return run(context, Json{{"undo", true}});
+    }};
+    static const Command redoCommand{"kro redo", [](CommandContext& context) {
+        if (!context.args.empty()) return usageError(context, redoCommand);
+        return run(context, Json{{"redo", true}});
+    }};
     table.insert_or_assign("snapshot", snapshotCommand);
     table.insert_or_assign("sync", syncCommand);
+    table.insert_or_assign("undo", undoCommand);
+    table.insert_or_assign("redo", redoCommand);
 }
 
 }  // namespace kro::cli
