@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -16,6 +17,7 @@
 #include "cli/OpenCommand.h"
 #include "cloud/ConfiguredCloudSession.h"
 #include "library/Sherlog.h"
+#include "library/StoreLock.h"
 #include "platform/AgentChannel.h"
 #include "platform/DeferredMainQueue.h"
 #include "platform/Environment.h"
@@ -47,6 +49,9 @@ std::string selfPath() {
 std::string defaultsPath(const kro::Paths& paths) {
     return paths.configHome + "/" + kro::kBundleIdentifier + "/defaults.json";
 }
+
+// Longer than a command that runs alone takes (a sync waits up to 90 s for its server).
+constexpr std::chrono::seconds kAgentStoreLockWait{100};
 
 bool hasDisplay() {
     const char* x11 = std::getenv("DISPLAY");
@@ -89,6 +94,20 @@ int runAgent(int argc, char** argv) {
     kro::JsonFileDefaults defaults(files, defaultsPath(paths));
     kro::NotificationCenter notifications;
     kro::installEnvironment({&clock, &mainQueue, &backgroundQueue, &files, &defaults, &notifications, paths});
+
+    // The agent changes the stores for as long as it runs; a command that finds no agent (one of another
+    // session, or run just before this one started) holds them only for its run.
+    kro::StoreLock::requireForWriting();
+    auto storeLock = kro::StoreLock::take(std::chrono::milliseconds(0));
+    if (!storeLock) {
+        std::cerr << "kro: waiting for another kro to finish with the library\n";
+        storeLock = kro::StoreLock::take(kAgentStoreLockWait);
+    }
+    if (!storeLock) {
+        std::cerr << "kro: another kro holds the library (" << kro::StoreLock::path().value_or("its lock")
+                  << "): an agent of another session, or a command still at work\n";
+        return kro::cli::exitFailed;
+    }
 
     kro::QtStatusItem statusItem;
     kro::QtTooltipWindow tooltip([&statusItem] { return statusItem.geometry(); });
@@ -157,6 +176,8 @@ int runHeadless(const std::vector<std::string>& args) {
     kro::installEnvironment({&clock, &mainQueue, &backgroundQueue, &files, &defaults, &notifications, paths});
     // A change a command makes is pushed as the agent's are, and the command ends once the push has answered.
     kro::installCloudSync();
+    // A command writes the stores only under their lock, which those that change the library take.
+    kro::StoreLock::requireForWriting();
     const int status = kro::cli::runCommand(args, std::cin, std::cout, std::cerr);
     if (!kro::cli::finishHeadlessSync(std::cerr)) {
         // A request still under way would answer into a queue that no longer exists: end here. Every store

@@ -5,8 +5,8 @@
 #include "app/URLCommand.h"
 #include "cloud/CloudSync.h"
 #include "cloud/ConfiguredCloudSession.h"
-#include "cloud/LibraryRequests.h"
 #include "cloud/Snapshots.h"
+#include "documents/ChangeRequests.h"
 #include "documents/DocumentHandler.h"
 #include "formats/ColorFormatUndo.h"
 #include "formats/ColorFormats.h"
@@ -20,7 +20,9 @@
 #include "library/Preferences.h"
 #include "library/Settings.h"
 #include "library/Sherlog.h"
+#include "library/StoreProblem.h"
 #include "library/User.h"
+#include "library/UserUndo.h"
 #include "picker/CMD.h"
 #include "picker/HotKeys.h"
 #include "picker/Sound.h"
@@ -35,6 +37,8 @@ namespace {
 std::mutex gNetworkMutex;
 
 constexpr double kTooltipSeconds = 2.0;
+// Long enough to read a path and a reason.
+constexpr double kProblemSeconds = 10.0;
 
 std::optional<ColorValue> colorFromURLComponent(const std::string& kind, const std::string& value) {
     if (kind == "hex") return colorFromHex(value);
@@ -104,6 +108,9 @@ void AppDelegate::applicationDidFinishLaunching() {
                         SherlogLevel::info);
             }
             User::shared()->importLegacy();
+            // The library as it stands at launch is the first state undo can return to, so that the first change
+            // (a snapshot restored, say) can be undone.
+            UserUndo::shared().save(*User::shared(), 0);
             CloudSync::shared().fetchCloudKit("Kro/AppDelegate", "applicationDidFinishLaunching()", __LINE__);
         });
     });
@@ -160,6 +167,18 @@ void AppDelegate::addObservers() {
     // The same text as the colour-blindness change: each post reaches both observers.
     observers_.push_back(center.addObserver(Notifications::autoImportUpdated, [this](const std::any&) { restartAutoImportTimer(); }));
     observers_.push_back(center.addObserver(Notifications::userUpdated, [this](const std::any&) { buildStatusMenu(); }));
+    observers_.push_back(center.addObserver(Notifications::storeProblem, [this](const std::any& object) {
+        if (const auto* problem = std::any_cast<StoreProblem>(&object)) storeProblemNotice(*problem);
+    }));
+}
+
+void AppDelegate::storeProblemNotice(const StoreProblem& problem) {
+    // A disk that stays full fails every save: the person hears of it once, until a save succeeds again.
+    if (problem.repeated) return;
+    const bool failed = problem.kind == StoreProblem::Kind::saveFailed;
+    const auto notice = failed ? "Not saved: " + problem.message() : problem.message();
+    // After the action that saved has shown its own tooltip ("Color Created"), so that this one stays.
+    env().mainQueue->post([this, notice] { showStatusTooltip(notice, kProblemSeconds); });
 }
 
 void AppDelegate::buildStatusMenu() {
@@ -274,8 +293,8 @@ void AppDelegate::applicationOpenFiles(const std::vector<std::string>& paths) {
 
 void AppDelegate::handleAgentRequest(const std::string& line, const std::function<void(const std::string& reply)>& reply) {
     const auto request = Json::parse(line, nullptr, false);
-    if (isLibraryRequest(request)) {
-        return handleLibraryRequest(request, [reply](const Json& answer) { reply(compactText(answer)); });
+    if (isChangeRequest(request)) {
+        return handleChangeRequest(request, [reply](const Json& answer) { reply(compactText(answer)); });
     }
     if (!request.is_object() || !request.contains("open") || !request["open"].is_array()) {
         return reply(compactText(Json{{"ok", false}, {"error", "the agent did not understand the request"}}));

@@ -11,6 +11,7 @@
 
 #include "library/Color.h"
 #include "library/Palette.h"
+#include "library/StoreProblem.h"
 #include "picker/HotKey.h"
 #include "picker/Picker.h"
 #include "picker/PickerTypes.h"
@@ -45,8 +46,8 @@ public:
     void applicationOpenFiles(const std::vector<std::string>& paths);
     // A kro:// URL command. Unknown commands and wrong counts do nothing, silently.
     void handleURL(const std::string& url);
-    // One request line of `kro open`; returns the reply line.
-    // Answers a request line from another kro: through `reply`, at once or (for a sync) when it is done.
+    // Answers a request line from another kro (`kro open`, `kro import`, `kro snapshot`, `kro undo`…) through
+    // `reply`, at once or (for a sync) when it is done.
     void handleAgentRequest(const std::string& line, const std::function<void(const std::string& reply)>& reply);
 
     // The poll tick: the cloud fetch, then the snapshot check (each as it exists).
@@ -97,6 +98,8 @@ private:
     void snapshotCheck();
     void registerShortcuts();
     void formatUpdated();
+    // A store that could not be saved, or whose damaged file was put aside: one notice at the tray.
+    void storeProblemNotice(const StoreProblem& problem);
 
     Desktop desktop_;
     std::unique_ptr<Picker> picker_;

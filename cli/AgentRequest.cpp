@@ -13,7 +13,7 @@ AgentSender& testSender() {
 
 }  // namespace
 
-std::optional<std::string> askAgent(const std::string& request, double timeoutSeconds) {
+AgentReply askAgent(const std::string& request, double timeoutSeconds) {
     if (testSender()) return testSender()(request);
     return sendToAgent(agentSocketPath(env().paths), request, timeoutSeconds);
 }

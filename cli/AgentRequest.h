@@ -1,16 +1,17 @@
 #pragma once
-// How a command reaches a running agent: the request line goes out, the reply line comes back; nothing when
-// no agent answers.
+// How a command reaches a running agent: the request line goes out, the reply line comes back, or word that no
+// agent listens or that the one listening did not answer in time.
 #include <functional>
-#include <optional>
 #include <string>
+
+#include "platform/AgentChannel.h"
 
 namespace kro::cli {
 
-std::optional<std::string> askAgent(const std::string& request, double timeoutSeconds = 10.0);
+AgentReply askAgent(const std::string& request, double timeoutSeconds = 10.0);
 
 // Replaces the channel so that tests run without an agent; nothing puts the real one back.
-using AgentSender = std::function<std::optional<std::string>(const std::string& request)>;
+using AgentSender = std::function<AgentReply(const std::string& request)>;
 void setAgentSenderForTesting(AgentSender sender);
 
 }  // namespace kro::cli

@@ -6,9 +6,8 @@
 #include <algorithm>
 #include <ostream>
 
-#include "cli/AgentRequest.h"
+#include "cli/ChangeCommand.h"
 #include "cli/HeadlessSync.h"
-#include "cli/OpenCommand.h"
 #include "cloud/Snapshots.h"
 #include "documents/DocumentHandler.h"
 #include "documents/KroDocument.h"
@@ -35,31 +34,14 @@ bool anyOfKind(const std::vector<std::string>& paths, DocumentKind kind) {
 
 int runImport(CommandContext& context, const Command& command) {
     if (context.args.empty()) return usageError(context, command);
-    const auto request = openRequest(context.args, workingFolder());
-
-    // The running agent owns the stores: a second writer would overwrite its changes.
-    if (const auto reply = askAgent(request)) {
-        const auto answer = Json::parse(*reply, nullptr, false);
-        if (!answer.is_object() || !answer.value("ok", false)) return fail(context, "the agent refused the files");
-        context.out << "Handed to the running agent\n";
-        return exitDone;
-    }
-
-    std::vector<std::string> paths = Json::parse(request)["open"].get<std::vector<std::string>>();
-    User::shared()->load();
-    catchUpBeforeChange(context.err);
-    if (anyOfKind(paths, DocumentKind::format)) ColorFormats::shared().load();
-    if (anyOfKind(paths, DocumentKind::snapshot)) Snapshots::shared().load();
-    const auto summary = DocumentHandler::openFiles(paths);
-    if (!summary.importedAnything() && summary.duplicates == 0) {
-        const auto& first = summary.failed.front();
-        return fail(context, summary.message() + ": " + first.reason);
-    }
-    context.out << summary.message() << "\n";
-    for (const auto& skipped : summary.failed) {
-        context.err << "kro: skipped " << skipped.path << ": " << skipped.reason << "\n";
-    }
-    return exitDone;
+    std::vector<std::string> paths;
+    for (const auto& arg : context.args) paths.push_back(arg.starts_with("/") ? arg : workingFolder() + "/" + arg);
+    return runChange(context, {Json{{"import", paths}}, [paths, &context] {
+                                   User::shared()->load();
+                                   catchUpBeforeChange(context.err);
+                                   if (anyOfKind(paths, DocumentKind::format)) ColorFormats::shared().load();
+                                   if (anyOfKind(paths, DocumentKind::snapshot)) Snapshots::shared().load();
+                               }});
 }
 
 PaletteRef paletteNamed(const std::string& name) {

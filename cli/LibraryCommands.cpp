@@ -1,43 +1,21 @@
 #include "cli/LibraryCommands.h"
 
-#include <ostream>
-
-#include "cli/AgentRequest.h"
+#include "cli/ChangeCommand.h"
 #include "cli/HeadlessSync.h"
-#include "cloud/LibraryRequests.h"
 #include "cloud/Snapshots.h"
 #include "library/User.h"
 
 namespace kro::cli {
 namespace {
 
-int printReply(CommandContext& context, const Json& reply) {
-    if (!reply.is_object()) return fail(context, "the agent gave an answer that is not understood");
-    // What was done is printed also when the request failed partway.
-    for (const auto& line : reply.value("lines", Json::array())) {
-        if (line.is_string()) context.out << line.get<std::string>() << "\n";
-    }
-    if (!reply.value("ok", false)) return fail(context, reply.value("error", std::string("the request failed")));
-    return exitDone;
-}
-
-// No agent: the stores are read here and the request runs in this process. A sync's answers come from the
-// network thread through the main queue, which this command runs until the reply.
-int runHere(CommandContext& context, const Json& request) {
-    User::shared()->load();
-    Snapshots::shared().load();
-    // Shared with the handler: a reply that comes after the limit must still find it.
-    auto reply = std::make_shared<std::optional<Json>>();
-    handleLibraryRequest(request, [reply](const Json& answer) { *reply = answer; });
-    if (!*reply && !runMainQueueUntil([reply] { return reply->has_value(); }))
-        return fail(context, "the sync server did not answer in time");
-    return printReply(context, **reply);
-}
-
 int run(CommandContext& context, const Json& request) {
-    const double limit = request.contains("sync") ? std::chrono::duration<double>(kSyncLimit).count() : 10.0;
-    if (const auto answer = askAgent(compactText(request), limit)) return printReply(context, Json::parse(*answer, nullptr, false));
-    return runHere(context, request);
+    const bool sync = request.contains("sync");
+    return runChange(context, {request,
+                               [] {
+                                   User::shared()->load();
+                                   Snapshots::shared().load();
+                               },
+                               sync ? kSyncLimit : std::chrono::seconds(10)});
 }
 
 }  // namespace
@@ -53,8 +31,18 @@ void registerLibraryCommands(CommandTable& table) {
         if (!context.args.empty()) return usageError(context, syncCommand);
         return run(context, Json{{"sync", true}});
     }};
+    static const Command undoCommand{"kro undo", [](CommandContext& context) {
+        if (!context.args.empty()) return usageError(context, undoCommand);
+        return run(context, Json{{"undo", true}});
+    }};
+    static const Command redoCommand{"kro redo", [](CommandContext& context) {
+        if (!context.args.empty()) return usageError(context, redoCommand);
+        return run(context, Json{{"redo", true}});
+    }};
     table.insert_or_assign("snapshot", snapshotCommand);
     table.insert_or_assign("sync", syncCommand);
+    table.insert_or_assign("undo", undoCommand);
+    table.insert_or_assign("redo", redoCommand);
 }
 
 }  // namespace kro::cli

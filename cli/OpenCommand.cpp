@@ -65,8 +65,13 @@ int runOpen(const std::vector<std::string>& args, const Paths& paths, const std:
     const auto request = openRequest(args, workingFolder);
     const auto socketPath = agentSocketPath(paths);
 
-    auto reply = sendToAgent(socketPath, request, 10.0);
-    if (!reply && !agentLockIsHeld(agentLockPath(paths))) {
+    // Ten seconds in all, whether the agent has to be started, is slow, or is stopped and never answers.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    const auto secondsLeft = [&deadline] {
+        return std::chrono::duration<double>(deadline - std::chrono::steady_clock::now()).count();
+    };
+    auto reply = sendToAgent(socketPath, request, secondsLeft());
+    if (reply.status == AgentReply::Status::noAgent && !agentLockIsHeld(agentLockPath(paths))) {
         if (!hasDisplay()) {
             err << "kro: no agent is running, and there is no display to start one on (set DISPLAY, or run one "
                    "on a virtual display: xvfb-run -a kro)\n";
@@ -77,22 +82,22 @@ int runOpen(const std::vector<std::string>& args, const Paths& paths, const std:
             return exitFailed;
         }
     }
-    // The agent may be starting (ours or another's): give it a few seconds to listen.
-    for (int attempt = 0; !reply && attempt < 100; ++attempt) {
+    // The agent may be starting (ours or another's): it has what is left of the time to listen and answer.
+    while (reply.status == AgentReply::Status::noAgent && secondsLeft() > 0.1) {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        reply = sendToAgent(socketPath, request, 10.0);
+        reply = sendToAgent(socketPath, request, secondsLeft());
     }
-    if (!reply) {
-        err << "kro: the agent did not answer\n";
+    if (reply.status != AgentReply::Status::answered) {
+        err << (reply.status == AgentReply::Status::silent
+                    ? "kro: the agent did not answer within 10 seconds (is it stopped?)\n"
+                    : "kro: no agent was listening within 10 seconds\n");
         return exitFailed;
     }
-    const auto answer = Json::parse(*reply, nullptr, false);
-    if (!answer.is_object() || !answer.value("ok", false)) {
-        err << "kro: " << (answer.is_object() ? answer.value("error", std::string("the agent refused the request")) : *reply)
-            << "\n";
-        return exitFailed;
-    }
-    return exitDone;
+    const auto answer = Json::parse(reply.line, nullptr, false);
+    if (answer.is_object() && answer.contains("ok") && answer["ok"] == true) return exitDone;
+    const bool said = answer.is_object() && answer.contains("error") && answer["error"].is_string();
+    err << "kro: " << (said ? answer["error"].get<std::string>() : std::string("the agent refused the request")) << "\n";
+    return exitFailed;
 }
 
 }  // namespace kro::cli

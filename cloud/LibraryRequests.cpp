@@ -4,6 +4,7 @@
 #include "cloud/CloudSync.h"
 #include "cloud/Snapshots.h"
 #include "library/User.h"
+#include "library/UserUndo.h"
 
 namespace kro {
 namespace {
@@ -22,6 +23,10 @@ Json snapshotRequest(const Json& request) {
     const std::string action = request.value("snapshot", "");
     auto& snapshots = Snapshots::shared();
     if (action == "list") {
+        if (const auto& damage = Snapshots::store().damage()) {
+            return refused(Snapshots::store().path(Directory::currentVersion).value_or("snapshots.json") +
+                           " could not be read (" + *damage + "); it stays as it is until the next snapshot puts it aside");
+        }
         std::vector<std::string> lines;
         for (const auto& snapshot : snapshots.snapshots) lines.push_back(listLine(*snapshot));
         if (lines.empty()) lines.push_back("No snapshots yet");
@@ -33,11 +38,20 @@ Json snapshotRequest(const Json& request) {
         return done({"Created snapshot " + snapshot->uuid});
     }
     if (action == "restore") {
-        const std::string uuid = request.value("uuid", "");
+        const auto& given = request.contains("uuid") ? request["uuid"] : Json();
+        const std::string uuid = given.is_string() ? given.get<std::string>() : given.dump();
         const auto snapshot = snapshots.snapshot(uuid);
         if (!snapshot) return refused("no snapshot has the identifier " + uuid);
+        // Undo reaches the library as it was only where its state was recorded, in the running agent; a
+        // command that runs alone keeps it as a snapshot instead, so that nothing is lost either way.
+        if (UserUndo::shared().holdsAState()) {
+            snapshot->restore(*User::shared());
+            return done({"Restored snapshot " + uuid + " (kro undo puts the library back)"});
+        }
+        const auto kept = Snapshot::make(*User::shared());
+        snapshots.add(kept);
         snapshot->restore(*User::shared());
-        return done({"Restored snapshot " + uuid + " (undo puts the library back)"});
+        return done({"Restored snapshot " + uuid + "; the library as it was is kept as snapshot " + kept->uuid});
     }
     return refused("unknown snapshot action \"" + action + "\"");
 }

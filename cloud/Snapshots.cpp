@@ -36,7 +36,10 @@ Snapshots& Snapshots::shared() {
     return *snapshots;
 }
 
-void Snapshots::resetShared() { sharedInstance() = std::make_shared<Snapshots>(); }
+void Snapshots::resetShared() {
+    sharedInstance() = std::make_shared<Snapshots>();
+    store().forget();
+}
 
 Json Snapshots::toJson() const {
     Json array = Json::array();

@@ -42,8 +42,9 @@ public:
     bool libraryChanged = false;
 
     void open(const std::string& path) {
-        const auto bytes = env().files->read(path);
-        if (!bytes) throw Skipped("cannot read the file");
+        std::string reason;
+        const auto bytes = env().files->read(path, &reason);
+        if (!bytes) throw Skipped("cannot read the file (" + reason + ")");
         const auto extension = lowercased(fileExtension(path));
         if (const auto kind = documentKind(extension)) {
             return std::visit([this](const auto& record) { add(record); }, readDocument(*kind, *bytes));

@@ -26,7 +26,10 @@ ColorFormats& ColorFormats::shared() {
     return *instance;
 }
 
-void ColorFormats::resetShared() { sharedInstance() = std::make_unique<ColorFormats>(); }
+void ColorFormats::resetShared() {
+    sharedInstance() = std::make_unique<ColorFormats>();
+    store().forget();
+}
 
 const Store& ColorFormats::store() {
     static const Store store(StoreFile{"color-formats.json", Notifications::colorFormatLoaded,
@@ -169,8 +172,9 @@ void ColorFormats::select(const ColorFormatItem& item) {
 
 void ColorFormats::load(const StoreCompletion& completion) {
     store().load([](const Json& json) { return fromJson(json); },
-                 [this](const std::shared_ptr<ColorFormats>& stored, bool) {
-                     if (copyFields(*stored)) {
+                 [this](const std::shared_ptr<ColorFormats>& stored, bool migrating) {
+                     // The file already holds what was read: only a catalogue from an older version is written.
+                     if (copyFields(*stored) && migrating) {
                          stamp();
                          save();
                      }
@@ -186,7 +190,7 @@ void ColorFormats::useShipped(bool storedFileIsDamaged) {
         resetToShipped();
         return;
     }
-    // A damaged catalogue stays on disk, untouched, until the user's next change saves over it.
+    // A damaged catalogue stays on disk, untouched, until the user's next change puts it aside.
     if (const auto catalogue = shipped()) copyFields(*catalogue);
 }
 

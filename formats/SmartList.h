@@ -28,7 +28,10 @@ public:
         return *instance;
     }
     // Puts a fresh, empty list in place of the shared one (tests, full reset).
-    static void resetShared() { sharedInstance() = std::make_unique<SmartList>(); }
+    static void resetShared() {
+        sharedInstance() = std::make_unique<SmartList>();
+        store().forget();
+    }
 
     static const Store& store() {
         static const Store store(StoreFile{Item::fileName, Item::loadedNotification, Item::savedNotification});
@@ -98,7 +101,7 @@ public:
                          if (copyFields(*stored) && migrating) save();
                      },
                      [this, completion](bool success, const std::optional<std::string>& lastError) {
-                         // A damaged file stays as it is until the next change saves over it.
+                         // A damaged file stays as it is until the next change puts it aside.
                          if (!success) useShipped(/*save=*/!lastError);
                          if (completion) completion(success, lastError);
                      });

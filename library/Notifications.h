@@ -34,6 +34,8 @@ inline constexpr const char* snapshotsLoaded = "SnapshotsLoaded";
 inline constexpr const char* snapshotsSaved = "SnapshotsSaved";
 inline constexpr const char* snapshotsUpdated = "SnapshotsUpdated";
 inline constexpr const char* statusUpdated = "StatusUpdated";
+// A store's failed save, or its damaged file put aside; the object is a StoreProblem.
+inline constexpr const char* storeProblem = "StoreProblem";
 inline constexpr const char* userCloudMerged = "UserCloudMerged";
 inline constexpr const char* userLoaded = "UserLoaded";
 inline constexpr const char* userSaved = "UserSaved";

@@ -32,7 +32,10 @@ const std::shared_ptr<User>& User::shared() {
     return user;
 }
 
-void User::resetShared() { sharedInstance() = std::make_shared<User>(); }
+void User::resetShared() {
+    sharedInstance() = std::make_shared<User>();
+    store().forget();
+}
 
 PaletteRef User::makeHistory() {
     auto history = std::make_shared<Palette>();

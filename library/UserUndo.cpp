@@ -21,32 +21,38 @@ void UserUndo::saveEncoded(std::string text, double after, const char* file, con
     engine_.saveWithDigest(std::move(text), std::move(digest), after, "save(instance:after:file:function:line:)");
 }
 
-void UserUndo::undo() {
-    if (auto state = engine_.undoState()) apply(*state, +1, "undo()", "undo");
+bool UserUndo::undo() {
+    const auto state = engine_.undoState();
+    return state && apply(*state, +1, "undo()", "undo");
 }
 
-void UserUndo::redo() {
-    if (auto state = engine_.redoState()) apply(*state, -1, "redo()", "redo");
+bool UserUndo::redo() {
+    const auto state = engine_.redoState();
+    return state && apply(*state, -1, "redo()", "redo");
 }
 
-void UserUndo::apply(const std::string& state, long indexMove, const char* function, const char* logWord) {
+bool UserUndo::apply(const std::string& state, long indexMove, const char* function, const char* logWord) {
     std::shared_ptr<User> restored;
     try {
         restored = User::fromJson(parseJson(state));
     } catch (const std::exception& error) {
         Sherlog::print(std::string("undo state does not decode: ") + error.what(), SherlogLevel::error, "Kro/UserUndo",
                        function, __LINE__);
-        return;
+        return false;
     }
     const auto& user = User::shared();
     user->copyFields(*restored, false);
     user->moveUpdatedAt();
-    // The restored state is recorded too, before the index moves: the list only grows.
-    user->trigger(true, true, true, true, "Kro/UserUndo", function, __LINE__);
+    // The restored state is recorded too: the list only grows. Its insertion, on the background queue, goes in
+    // at the index it finds when it runs, which must be the moved one; moving the index first makes that so
+    // whichever thread runs first (a worker that won the race put it at the old index, and redo then came back
+    // to the very state just undone).
     engine_.moveIndex(indexMove);
+    user->trigger(true, true, true, true, "Kro/UserUndo", function, __LINE__);
     Sherlog::print(std::string(logWord) + " index " + std::to_string(engine_.index()) + " of " +
                        std::to_string(engine_.count()),
                    SherlogLevel::debug, "Kro/UserUndo", function, __LINE__);
+    return true;
 }
 
 }  // namespace kro

@@ -21,8 +21,11 @@ public:
 
     bool canUndo() const { return engine_.canUndo(); }
     bool canRedo() const { return engine_.canRedo(); }
-    void undo();
-    void redo();
+    // Whether a state was recorded in this process (perhaps still on its way into the list).
+    bool holdsAState() const { return engine_.lastMD5().has_value(); }
+    // False when there was nothing to apply or the state did not decode.
+    bool undo();
+    bool redo();
 
     // States are kept as the library's compact JSON text: a dictionary in the smallest form, parsed back
     // only when it is applied.
@@ -32,7 +35,7 @@ public:
 
 private:
     UserUndo() : engine_("Kro/UserUndo") {}
-    void apply(const std::string& state, long indexMove, const char* function, const char* logWord);
+    bool apply(const std::string& state, long indexMove, const char* function, const char* logWord);
 
     SnapshotUndo<std::string> engine_;
 };

@@ -41,7 +41,10 @@ HotKeys& HotKeys::shared() {
     return *instance;
 }
 
-void HotKeys::resetSharedForTesting() { sharedInstance().reset(new HotKeys()); }
+void HotKeys::resetSharedForTesting() {
+    sharedInstance().reset(new HotKeys());
+    hotKeysStore().forget();
+}
 
 void HotKeys::setHotKeyCenter(HotKeyCenter* center) {
     hotKeyCenter_ = center;
@@ -71,17 +74,22 @@ std::vector<HotKey> HotKeys::shippedHotKeys() {
 }
 
 void HotKeys::load() {
+    const auto& store = hotKeysStore();
+    store.beginLoad();
     std::optional<std::vector<HotKey>> stored;
-    if (const auto path = hotKeysStore().path(Directory::currentVersion)) {
-        if (const auto bytes = env().files->read(*path)) {
+    if (const auto path = store.path(Directory::currentVersion)) {
+        std::string reason;
+        if (const auto bytes = env().files->read(*path, &reason)) {
             try {
                 stored = decodeHotKeys(*bytes);
                 addMissingActions(*stored);
             } catch (const JsonDecodeError& error) {
-                // The damaged file stays where it is until the next save replaces it.
                 SHERLOG(std::string("hotkeys.json does not decode, the shipped shortcuts stand: ") + error.what(),
                         SherlogLevel::error);
+                store.markDamaged(error.what());
             }
+        } else if (env().files->exists(*path)) {
+            store.markDamaged(reason);
         }
     }
     auto keys = stored ? std::move(*stored) : shippedHotKeys();

@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -21,18 +22,27 @@ bool isURLArgument(const std::string& arg) {
 
 std::string agentLockPath(const Paths& paths) { return paths.runtimeDir + "/" + kBundleIdentifier + ".lock"; }
 
-std::optional<std::string> sendToAgent(const std::string& socketPath, const std::string& line, double timeoutSeconds) {
+AgentReply sendToAgent(const std::string& socketPath, const std::string& line, double timeoutSeconds) {
+    const AgentReply noAgent{AgentReply::Status::noAgent, {}};
     sockaddr_un address{};
-    if (socketPath.size() >= sizeof(address.sun_path)) return std::nullopt;
+    if (socketPath.size() >= sizeof(address.sun_path)) return noAgent;
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, socketPath.c_str(), socketPath.size() + 1);
 
     const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (fd < 0) return std::nullopt;
+    if (fd < 0) return noAgent;
     if (::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
         ::close(fd);
-        return std::nullopt;
+        return noAgent;
     }
+    // Connected: from here on an agent is there, whether or not it answers. A stopped agent's socket still
+    // takes connections and requests into its queue.
+    AgentReply reply{AgentReply::Status::silent, {}};
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(timeoutSeconds);
+    // A long request to an agent that reads nothing must not block for ever either.
+    const auto micros = static_cast<long>(timeoutSeconds * 1e6);
+    const timeval sendLimit{micros / 1000000, micros % 1000000};
+    setsockopt(fd, SOL_SOCKET, SO_SNDTIMEO, &sendLimit, sizeof sendLimit);
     const std::string request = line + "\n";
     size_t sent = 0;
     while (sent < request.size()) {
@@ -40,12 +50,11 @@ std::optional<std::string> sendToAgent(const std::string& socketPath, const std:
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) {
             ::close(fd);
-            return std::nullopt;
+            return reply;
         }
         sent += static_cast<size_t>(n);
     }
-    std::string reply;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration<double>(timeoutSeconds);
+    std::string received;
     for (;;) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         if (left.count() <= 0) break;
@@ -56,14 +65,14 @@ std::optional<std::string> sendToAgent(const std::string& socketPath, const std:
         char buffer[4096];
         const ssize_t n = ::recv(fd, buffer, sizeof buffer, 0);
         if (n <= 0) break;
-        reply.append(buffer, static_cast<size_t>(n));
-        if (auto end = reply.find('\n'); end != std::string::npos) {
-            ::close(fd);
-            return reply.substr(0, end);
+        received.append(buffer, static_cast<size_t>(n));
+        if (auto end = received.find('\n'); end != std::string::npos) {
+            reply = {AgentReply::Status::answered, received.substr(0, end)};
+            break;
         }
     }
     ::close(fd);
-    return std::nullopt;
+    return reply;
 }
 
 bool takeAgentLock(const std::string& lockPath) {

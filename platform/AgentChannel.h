@@ -15,8 +15,18 @@ std::string agentSocketPath(const Paths& paths);
 bool isURLArgument(const std::string& arg);
 std::string agentLockPath(const Paths& paths);
 
-// Sends one line and waits up to `timeoutSeconds` for the reply line. Nothing when no agent listens.
-std::optional<std::string> sendToAgent(const std::string& socketPath, const std::string& line, double timeoutSeconds);
+struct AgentReply {
+    enum class Status {
+        noAgent,   // nothing listens on the socket
+        silent,    // an agent took the request but gave no answer in time (stopped, or hung)
+        answered,
+    };
+    Status status;
+    std::string line;  // the reply, when answered
+};
+
+// Sends one line and waits up to `timeoutSeconds` for the reply line.
+AgentReply sendToAgent(const std::string& socketPath, const std::string& line, double timeoutSeconds);
 
 // Takes the agent lock for the life of the process. False when another process holds it.
 bool takeAgentLock(const std::string& lockPath);

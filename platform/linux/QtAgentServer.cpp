@@ -3,7 +3,20 @@
 #include <QLocalSocket>
 #include <QPointer>
 
+#include <sys/socket.h>
+
 namespace kro {
+namespace {
+
+// A client that gave up waiting (on an agent that was stopped, say) has closed its end by the time its request
+// is read: the request is dropped rather than carried out behind the back of a command that reported failure.
+bool clientHasGone(QLocalSocket* socket) {
+    if (socket->state() != QLocalSocket::ConnectedState) return true;
+    char byte;
+    return ::recv(static_cast<int>(socket->socketDescriptor()), &byte, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+}
+
+}  // namespace
 
 QtAgentServer::QtAgentServer(Handler handler) : handler_(std::move(handler)) {
     server_.setSocketOptions(QLocalServer::UserAccessOption);
@@ -31,6 +44,7 @@ void QtAgentServer::accept() {
                 return;
             }
             const auto request = socket->readLine().trimmed().toStdString();
+            if (clientHasGone(socket)) return;
             // The client may have gone by the time a late reply is ready.
             handler_(request, [guarded = QPointer<QLocalSocket>(socket)](const std::string& line) {
                 if (!guarded) return;

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "app/AppDelegate.h"
 #include "library/Preferences.h"
 #include "library/User.h"
+#include "library/UserUndo.h"
+#include "platform/Json.h"
 #include "platform/testing/FakeDesktop.h"
 #include "platform/testing/TestEnvironment.h"
 
@@ -16,6 +20,7 @@ protected:
     void SetUp() override {
         Preferences::resetSharedForTesting();
         User::resetShared();
+        UserUndo::shared().reset();
         delegate = std::make_unique<AppDelegate>(fake.desktop());
         delegate->applicationDidFinishLaunching();
         environment.queue.runDue();
@@ -102,6 +107,37 @@ TEST_F(AppDelegateTest, ReadyMessageOnlyWhenOnboardingIsNotDue) {
     EXPECT_TRUE(fake.tooltip.messages.empty() || fake.tooltip.messages.back() != "Kro is ready to use!");
     environment.queue.advance(Seconds(0.2));
     EXPECT_EQ(fake.tooltip.messages.back(), "Kro is ready to use!");
+}
+
+TEST_F(AppDelegateTest, TheFirstChangeAfterLaunchCanBeUndoneThroughARequest) {
+    delegate->handleURL("kro://color/hex/FF0080/Pink");
+    environment.queue.runDue();
+    std::string reply;
+    delegate->handleAgentRequest(R"({"undo":true})", [&reply](const std::string& line) { reply = line; });
+    EXPECT_EQ(reply, R"({"ok":true,"lines":["Undone: the library has 1 palette and 0 history colours"]})");
+    EXPECT_TRUE(User::shared()->history->colors.empty());
+}
+
+TEST_F(AppDelegateTest, RequestsOfTheWrongShapeAreRefusedInWords) {
+    for (const char* line : {R"({"snapshot":"restore","uuid":5})", R"({"import":[1]})", R"({"undo":"yes"})",
+                             R"({"snapshot":7})", "[1,2]", "{", R"({"redo":true})"}) {
+        std::string reply;
+        delegate->handleAgentRequest(line, [&reply](const std::string& answer) { reply = answer; });
+        const auto answer = Json::parse(reply, nullptr, false);
+        ASSERT_TRUE(answer.is_object()) << line;
+        EXPECT_EQ(answer["ok"], false) << line;
+        EXPECT_TRUE(answer["error"].is_string()) << line;
+    }
+}
+
+TEST_F(AppDelegateTest, AFailingDiskIsOneNoticeThatOutlastsTheActionsOwnTooltip) {
+    environment.files.failWrites = true;
+    delegate->handleURL("kro://color/hex/00FF00/Green");
+    delegate->handleURL("kro://color/hex/0000FF/Blue");
+    environment.queue.runDue();
+    const auto notice = "Not saved: cannot save /home/test/data/kroapp.Kro/v5/user.json: No space left on device";
+    EXPECT_EQ(std::count(fake.tooltip.messages.begin(), fake.tooltip.messages.end(), notice), 1);
+    EXPECT_EQ(fake.tooltip.messages.back(), notice);
 }
 
 TEST_F(AppDelegateTest, ThemeFollowsThePreference) {

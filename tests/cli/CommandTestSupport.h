@@ -1,6 +1,7 @@
 #pragma once
 // What the command-line tests share: a table run in-process with its output kept, and a stand-in for the
 // running agent.
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -44,12 +45,16 @@ struct CommandRunner {
     std::ostringstream out, err;
 };
 
-// Records each request a command sends to the agent and answers with `reply`; nothing means no agent runs.
+// Records each request a command sends to the agent and answers with `reply`, or what `answer` makes of the
+// request; nothing means no agent runs, unless `silent` stands for an agent that takes the request and never
+// answers.
 struct FakeAgent {
     FakeAgent() {
-        setAgentSenderForTesting([this](const std::string& request) -> std::optional<std::string> {
+        setAgentSenderForTesting([this](const std::string& request) {
             requests.push_back(request);
-            return reply;
+            if (answer) return AgentReply{AgentReply::Status::answered, answer(request)};
+            if (reply) return AgentReply{AgentReply::Status::answered, *reply};
+            return AgentReply{silent ? AgentReply::Status::silent : AgentReply::Status::noAgent, {}};
         });
     }
     ~FakeAgent() { setAgentSenderForTesting(nullptr); }
@@ -58,6 +63,8 @@ struct FakeAgent {
 
     std::vector<std::string> requests;
     std::optional<std::string> reply;
+    std::function<std::string(const std::string& request)> answer;
+    bool silent = false;
 };
 
 }  // namespace kro::cli

@@ -3,6 +3,7 @@
 #include "CommandTestSupport.h"
 #include "cli/DocumentCommands.h"
 #include "cloud/Snapshots.h"
+#include "documents/ChangeRequests.h"
 #include "formats/ColorFormats.h"
 #include "library/JsonDecode.h"
 #include "library/SealedDocument.h"
@@ -45,16 +46,56 @@ protected:
     const std::string userPath = "/home/test/data/kroapp.Kro/v5/user.json";
 };
 
-TEST_F(DocumentCommandsTest, ImportGoesThroughTheRunningAgent) {
-    agent.reply = R"({"ok":true})";
-    const auto path = put("/home/test/in/a.palette", "{}");
-    EXPECT_EQ(run({"import", path}), exitDone);
-    EXPECT_EQ(agent.requests, std::vector<std::string>{R"({"open":["/home/test/in/a.palette"]})"});
-    EXPECT_FALSE(environment.files.exists(userPath));  // the agent writes, not this command
+TEST_F(DocumentCommandsTest, ImportSaysTheSameThroughTheAgentAsAlone) {
+    storeLibrary();
+    const auto good = put("/home/test/in/garden.palette", kro::sealDocument(Palette::make({}, "Garden")->toJson()));
+    const auto bad = put("/home/test/in/broken.palette", "\x7f garbage");
+    const auto missing = std::string("/home/test/in/missing.gpl");
+    const auto stored = environment.files.files;
 
-    agent.reply = R"({"ok":false})";
-    EXPECT_EQ(run({"import", path}), exitFailed);
-    EXPECT_EQ(run({"import"}), exitUsage);
+    // Each case from the same stores: once with no agent, once handed to an agent that has them loaded.
+    const auto importBothWays = [&](const std::vector<std::string>& args) {
+        std::vector<CommandResult> results;
+        for (const bool throughAgent : {false, true}) {
+            environment.files.files = stored;
+            User::resetShared();
+            agent.answer = nullptr;
+            if (throughAgent) {
+                User::shared()->load();
+                agent.answer = [](const std::string& request) {
+                    std::string line;
+                    kro::handleChangeRequest(kro::parseJson(request), [&line](const kro::Json& reply) { line = kro::compactText(reply); });
+                    return line;
+                };
+            }
+            std::vector<std::string> command{"import"};
+            command.insert(command.end(), args.begin(), args.end());
+            const int status = run(command);
+            results.push_back({status, out.str(), err.str()});
+        }
+        EXPECT_EQ(results[0].status, results[1].status);
+        EXPECT_EQ(results[0].out, results[1].out);
+        EXPECT_EQ(results[0].err, results[1].err);
+        return results[1];
+    };
+
+    auto result = importBothWays({missing});
+    EXPECT_EQ(result.status, exitFailed);
+    EXPECT_EQ(result.err, "kro: Could not import missing.gpl: cannot read the file (No such file or directory)\n");
+    EXPECT_EQ(agent.requests.back(), R"({"import":["/home/test/in/missing.gpl"]})");
+
+    result = importBothWays({good, bad});
+    EXPECT_EQ(result.status, exitDone);
+    EXPECT_EQ(result.out, "Imported 1 palette (1 file skipped)\n");
+    EXPECT_EQ(result.err.rfind("kro: skipped " + bad + ": ", 0), 0u) << result.err;
+
+    // A full disk: a failure naming the file and the reason, and no word of success.
+    environment.files.failWrites = true;
+    result = importBothWays({good});
+    EXPECT_EQ(result.status, exitFailed);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "kro: cannot save " + userPath + ": No space left on device\n");
+    EXPECT_EQ(environment.files.files.at(userPath), stored.at(userPath));
 }
 
 TEST_F(DocumentCommandsTest, ImportWithoutAgentWritesTheStores) {

@@ -101,6 +101,16 @@ TEST_F(SnapshotsTest, ListKeepsOneOfEachUuidAndSurvivesAReload) {
     EXPECT_TRUE(Snapshots::shared().remove(snapshot->uuid));
     EXPECT_FALSE(Snapshots::shared().remove(snapshot->uuid));
     EXPECT_EQ(Snapshots::shared().snapshots.size(), 1u);
+
+    // A damaged list reads as empty, and the next snapshot keeps the damaged file instead of replacing it.
+    const auto path = *Snapshots::store().path("v5");
+    const auto damaged = env.files.files.at(path).substr(0, 40);
+    env.files.files[path] = damaged;
+    Snapshots::resetShared();
+    Snapshots::shared().load();
+    EXPECT_TRUE(Snapshots::shared().snapshots.empty());
+    EXPECT_TRUE(Snapshots::shared().add(Snapshot::make(*User::shared())));
+    EXPECT_EQ(env.files.files.at(path + ".damaged-" + "20260101T000000Z"), damaged);
 }
 
 TEST_F(SnapshotsTest, RestoreGoesThroughThePipelineAndCanBeUndone) {

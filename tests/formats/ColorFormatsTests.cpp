@@ -205,6 +205,17 @@ TEST_F(ColorFormatsTest, LoadFallsBackToTheShippedCatalogue) {
     EXPECT_FALSE(succeeded);
     EXPECT_EQ(catalogue().clipboardString(hotPink), "#FF0080");
     EXPECT_EQ(environment.files.files[storedPath("v5")], "{\"formats\":5}");
+    // The first change puts the damaged file aside before it writes.
+    catalogue().select(*catalogue().formats[1]);
+    EXPECT_EQ(environment.files.files[storedPath("v5") + ".damaged-20260101T000000Z"], "{\"formats\":5}");
+    ASSERT_TRUE(stored());
+
+    // A catalogue that reads is not written again.
+    const int writes = environment.files.writeCount;
+    ColorFormats::resetShared();
+    catalogue().load();
+    EXPECT_EQ(catalogue().selectedFormatName, catalogue().formats[1]->name);
+    EXPECT_EQ(environment.files.writeCount, writes);
 }
 
 TEST_F(ColorFormatsTest, FixUUIDSRenewsTheLaterDuplicates) {

@@ -91,12 +91,14 @@ TEST_F(SmartListsTest, ChangesAreSavedAndAnnounced) {
     EXPECT_EQ(formats.updatedAt, "2026-01-01T00:00:03Z");
 }
 
-TEST_F(SmartListsTest, ADamagedOrMissingFileGivesTheShippedListAndADamagedOneStays) {
+TEST_F(SmartListsTest, ADamagedOrMissingFileGivesTheShippedListAndADamagedOneIsKept) {
     const auto path = *SmartFormats::store().path("v5");
     environment.files.files[path] = "not json";
     SmartFormats::shared().load();
     EXPECT_TRUE(SmartFormats::shared().item("org.gimp.GIMP")) << "the shipped list stands in";
     EXPECT_EQ(environment.files.files[path], "not json");
+    SmartFormats::shared().remove("org.gimp.GIMP");
+    EXPECT_EQ(environment.files.files[path + ".damaged-20260101T000000Z"], "not json") << "put aside at the first change";
 
     SmartProfiles::shared().load();
     EXPECT_TRUE(SmartProfiles::shared().item("org.kde.krita"));

@@ -1,11 +1,14 @@
-// Loading and saving the library: the load list with its fallbacks, the migrating save, the pipeline's
-// order, the once-only legacy import and sealed documents.
+// Loading and saving the library: the load list with its fallbacks, the migrating save, damaged files put
+// aside, failed saves reported, the stores' lock, the pipeline's order, the once-only legacy import and sealed
+// documents.
 #include "LibraryTestSupport.h"
 
 #include "library/DefaultsKeys.h"
 #include "library/Directory.h"
 #include "library/JsonDecode.h"
 #include "library/SealedDocument.h"
+#include "library/StoreLock.h"
+#include "library/StoreProblem.h"
 #include "platform/Crypto.h"
 
 namespace kro::testing {
@@ -58,21 +61,23 @@ TEST_F(LibraryStore, AGoodPresentFileIsLoadedAndNotRewritten) {
     EXPECT_FALSE(user().updatedAt);
 }
 
-TEST_F(LibraryStore, ACorruptPresentFileFallsBackToTheOlderVersionAndIsReplaced) {
-    putFile(v5Path(), R"({"palettes":[{"lock":"yes"}]})");  // a value of a wrong type is as corrupt as a torn file
+TEST_F(LibraryStore, ACorruptPresentFileFallsBackToTheOlderVersionAndIsKeptAside) {
+    const std::string corrupt = R"({"palettes":[{"lock":"yes"}]})";  // a wrong type is as corrupt as a torn file
+    putFile(v5Path(), corrupt);
     const auto older = savedLibrary("Older");
     putFile(v4Path(), older);
     auto result = load();
     EXPECT_TRUE(result.success);
     ASSERT_EQ(user().palettes.size(), 1u);
     EXPECT_EQ(user().palettes[0]->name, "Older");
-    EXPECT_EQ(posted(), (std::vector<std::string>{"UserLoaded", "UserSaved"}));
+    EXPECT_EQ(posted(), (std::vector<std::string>{"UserLoaded", "StoreProblem", "UserSaved"}));
     auto written = User::fromJson(Json::parse(environment.files.files.at(v5Path())));
     EXPECT_EQ(*written, user());
+    EXPECT_EQ(environment.files.files.at(v5Path() + ".damaged-20260101T000000Z"), corrupt);
     EXPECT_EQ(environment.files.files.at(v4Path()), older);
 }
 
-TEST_F(LibraryStore, WhenNothingDecodesTheDefaultsStandAndNothingIsWritten) {
+TEST_F(LibraryStore, ADamagedFileStaysUntilTheFirstSaveWhichPutsItAsideOnceAndSaysSo) {
     putFile(v5Path(), "not json");
     putFile(v4Path(), R"({"history":[]})");
     const auto before = user().toJson();
@@ -85,6 +90,53 @@ TEST_F(LibraryStore, WhenNothingDecodesTheDefaultsStandAndNothingIsWritten) {
     EXPECT_EQ(environment.files.writeCount, 0);
     EXPECT_EQ(environment.files.files.at(v5Path()), "not json");
     EXPECT_TRUE(posted().empty());
+
+    StoreProblemWatch watch;
+    environment.clock.advance(std::chrono::seconds(61));
+    user().trigger(false, true, false, false);
+    user().trigger(false, true, false, false);
+    const auto kept = v5Path() + ".damaged-20260101T000101Z";
+    EXPECT_EQ(environment.files.files.at(kept), "not json");
+    ASSERT_EQ(watch.problems().size(), 1u) << "told once, at the first save";
+    const auto& problem = watch.problems()[0];
+    EXPECT_EQ(problem.kind, StoreProblem::Kind::damagedKept);
+    EXPECT_EQ(problem.keptAs, kept);
+    EXPECT_EQ(problem.message().rfind(v5Path() + " could not be read (", 0), 0u) << problem.message();
+    EXPECT_NE(problem.message().find("kept as user.json.damaged-20260101T000101Z"), std::string::npos);
+    EXPECT_FALSE(watch.failedSave());
+
+    // Damaged again within the same second: a second name, the first copy untouched.
+    putFile(v5Path(), "torn");
+    load();
+    user().trigger(false, true, false, false);
+    EXPECT_EQ(environment.files.files.at(kept), "not json");
+    EXPECT_EQ(environment.files.files.at(kept + "-2"), "torn");
+}
+
+TEST_F(LibraryStore, ADamagedFileThatCannotBePutAsideIsNotWrittenOver) {
+    putFile(v5Path(), "not json");
+    load();
+    environment.files.failMoves = true;
+    StoreProblemWatch watch;
+    EXPECT_FALSE(user().save());
+    EXPECT_EQ(environment.files.files.at(v5Path()), "not json");
+    ASSERT_TRUE(watch.failedSave());
+    EXPECT_NE(watch.failedSave()->message().find("could not be put aside (No space left on device)"), std::string::npos);
+
+    environment.files.failMoves = false;
+    EXPECT_TRUE(user().save());
+    EXPECT_EQ(environment.files.files.at(v5Path() + ".damaged-20260101T000000Z"), "not json");
+}
+
+TEST_F(LibraryStore, LoadingClearsWhatKilledWritesLeftBehind) {
+    putFile(v5Path(), savedLibrary("Present"));
+    const auto folder = parentPath(v5Path());
+    putFile(folder + "/.user.json.a1B2c3", "half");
+    putFile(folder + "/.user.json.keep", "not ours");
+    putFile(folder + "/.snapshots.json.a1B2c3", "another store's");
+    load();
+    EXPECT_EQ(environment.files.list(folder),
+              (std::vector<std::string>{".snapshots.json.a1B2c3", ".user.json.keep", "user.json"}));
 }
 
 TEST_F(LibraryStore, NoFileAtAllIsNoError) {
@@ -95,23 +147,49 @@ TEST_F(LibraryStore, NoFileAtAllIsNoError) {
     EXPECT_EQ(user().palettes[0]->name, "Your First Palette!");
 }
 
-TEST_F(LibraryStore, ThePipelineSavesBeforeItNotifiesAndAFailedSaveStillNotifies) {
+TEST_F(LibraryStore, AFailedSaveIsReportedWithItsReasonOnceUntilASaveSucceeds) {
     user().trigger(false, true, true, true);
     EXPECT_EQ(posted(), (std::vector<std::string>{"UserSaved", "UserUpdated", "test.cloud"}));
 
     putFile(v5Path(), "previous");
     environment.files.failWrites = true;
     environment.notifications.clearPostedNames();
+    StoreProblemWatch watch;
     user().trigger(false, true, true, true);
-    EXPECT_EQ(postedCount("UserUpdated"), 1u);
-    EXPECT_EQ(posted().back(), "test.cloud");
+    // The pipeline goes on: the change is announced and pushed all the same.
+    EXPECT_EQ(posted(), (std::vector<std::string>{"StoreProblem", "UserSaved", "UserUpdated", "test.cloud"}));
     EXPECT_EQ(environment.files.files.at(v5Path()), "previous");
     EXPECT_FALSE(user().save());
+    ASSERT_EQ(watch.problems().size(), 2u);
+    EXPECT_EQ(watch.problems()[0].message(), "cannot save " + v5Path() + ": No space left on device");
+    EXPECT_FALSE(watch.problems()[0].repeated);
+    EXPECT_TRUE(watch.problems()[1].repeated);
 
     environment.files.failWrites = false;
+    EXPECT_TRUE(user().save());
     environment.files.failCreateDirectories = true;
     environment.files.folders.clear();
     EXPECT_FALSE(user().save());
+    EXPECT_FALSE(watch.problems().back().repeated) << "a save succeeded in between";
+    EXPECT_NE(watch.problems().back().reason.find("cannot be made (Permission denied)"), std::string::npos);
+}
+
+TEST_F(LibraryStore, BoundToTheLockAProcessWritesOnlyWhileItHoldsIt) {
+    StoreLock::requireForWriting(true);
+    StoreProblemWatch watch;
+    EXPECT_FALSE(user().save());
+    EXPECT_EQ(environment.files.writeCount, 0);
+    EXPECT_TRUE(watch.problems().empty()) << "a process that only reads is not failing";
+    {
+        const auto lock = StoreLock::take(std::chrono::milliseconds(0));
+        ASSERT_TRUE(lock);
+        EXPECT_FALSE(StoreLock::take(std::chrono::milliseconds(0))) << "one holder at a time";
+        EXPECT_TRUE(user().save());
+    }
+    EXPECT_FALSE(user().save());
+    environment.files.lockedElsewhere.insert(*StoreLock::path());
+    EXPECT_FALSE(StoreLock::take(std::chrono::milliseconds(0)));
+    StoreLock::requireForWriting(false);
 }
 
 TEST_F(LibraryStore, AFullResetEmptiesBothVersionFolders) {

@@ -52,7 +52,7 @@ TEST_F(HotKeysTest, TheShippedTableHasOneRecordPerActionAndNoDefaultClashes) {
     }
 }
 
-TEST_F(HotKeysTest, AMissingOrDamagedFileGivesTheShippedTableAndADamagedOneStays) {
+TEST_F(HotKeysTest, AMissingOrDamagedFileGivesTheShippedTableAndADamagedOneIsKept) {
     hotKeys().load();
     EXPECT_EQ(hotKeys().hotKeys, HotKeys::shippedHotKeys());
     const auto& posted = environment.notifications.postedNames();
@@ -65,6 +65,8 @@ TEST_F(HotKeysTest, AMissingOrDamagedFileGivesTheShippedTableAndADamagedOneStays
     hotKeys().load();
     EXPECT_EQ(hotKeys().hotKeys, HotKeys::shippedHotKeys());
     EXPECT_EQ(environment.files.read(path()), "[{\"id\": 3}]");
+    ASSERT_TRUE(hotKeys().save());
+    EXPECT_EQ(environment.files.read(path() + ".damaged-20260101T000000Z"), "[{\"id\": 3}]") << "put aside, not lost";
 }
 
 TEST_F(HotKeysTest, ASavedTableComesBackAndAnOlderOneGainsTheNewActions) {

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,6 +46,53 @@ TEST(PosixFiles, FailedWriteLeavesThePreviousFile) {
     EXPECT_FALSE(files.writeAtomically(path, "lost"));
     chmod(tmp.path.c_str(), 0700);
     EXPECT_EQ(files.read(path), "kept");
+}
+
+TEST(PosixFiles, FailuresSayWhyInTheSystemsWords) {
+    TempFolder tmp;
+    PosixFiles files;
+    std::string reason;
+    EXPECT_FALSE(files.read(tmp.path + "/missing", &reason));
+    EXPECT_EQ(reason, "No such file or directory");
+    EXPECT_FALSE(files.read(tmp.path, &reason));
+    EXPECT_EQ(reason, "Is a directory");
+    EXPECT_FALSE(files.writeAtomically(tmp.path + "/none/x", "x", &reason));
+    EXPECT_EQ(reason, "No such file or directory");
+    ASSERT_TRUE(files.writeAtomically(tmp.path + "/file", "x"));
+    EXPECT_FALSE(files.createDirectories(tmp.path + "/file/sub", &reason));
+    EXPECT_EQ(reason, "Not a directory");
+    EXPECT_FALSE(files.move(tmp.path + "/missing", tmp.path + "/moved", &reason));
+    EXPECT_EQ(reason, "No such file or directory");
+    ASSERT_TRUE(files.move(tmp.path + "/file", tmp.path + "/moved"));
+    EXPECT_EQ(files.list(tmp.path), std::vector<std::string>{"moved"});
+}
+
+TEST(PosixFiles, AWriteClearsWhatKilledWritersLeftButNotAWriterAtWork) {
+    TempFolder tmp;
+    PosixFiles files;
+    const auto path = tmp.path + "/store.json";
+    ASSERT_TRUE(files.writeAtomically(tmp.path + "/.store.json.dead01", "half"));
+    ASSERT_TRUE(files.writeAtomically(tmp.path + "/.store.json.other", "not a temporary of ours"));
+    // A writer at work holds its temporary file's lock.
+    ASSERT_TRUE(files.writeAtomically(tmp.path + "/.store.json.live01", "filling"));
+    const int live = ::open((tmp.path + "/.store.json.live01").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(live, LOCK_EX), 0);
+    ASSERT_TRUE(files.writeAtomically(path, "new"));
+    EXPECT_EQ(files.list(tmp.path), (std::vector<std::string>{".store.json.live01", ".store.json.other", "store.json"}));
+    ::close(live);
+    files.removeStaleTemporaries(path);
+    EXPECT_EQ(files.list(tmp.path), (std::vector<std::string>{".store.json.other", "store.json"}));
+}
+
+TEST(PosixFiles, ALockHasOneHolderUntilItsHandleGoes) {
+    TempFolder tmp;
+    PosixFiles files;
+    const auto path = tmp.path + "/stores.lock";
+    auto first = files.lock(path, std::chrono::milliseconds(0));
+    ASSERT_TRUE(first);
+    EXPECT_FALSE(files.lock(path, std::chrono::milliseconds(120)));
+    first.reset();
+    EXPECT_TRUE(files.lock(path, std::chrono::milliseconds(0)));
 }
 
 TEST(JsonFileDefaults, BytesAndBooleansPersistAndDoNotReadAsEachOther) {
