@@ -82,7 +82,9 @@ URLCommandCheck checkURLCommand(const std::string& url) {
 std::string loggableURL(const std::string& url) {
     constexpr size_t kShown = 200;
     std::string shown;
-    for (unsigned char c : url.substr(0, kShown)) {
+    for (size_t i = 0; i < url.size(); ++i) {
+        if (shown.size() >= kShown) return shown + "…";
+        const auto c = static_cast<unsigned char>(url[i]);
         if (c < 0x20 || c >= 0x7F) {
             char escape[4];
             std::snprintf(escape, sizeof escape, "%%%02X", c);
@@ -91,7 +93,7 @@ std::string loggableURL(const std::string& url) {
             shown += static_cast<char>(c);
         }
     }
-    return url.size() > kShown ? shown + "…" : shown;
+    return shown;
 }
 
 std::optional<std::vector<std::string>> urlCommandComponents(const std::string& url) {
