@@ -316,6 +316,8 @@ std::string AppDelegate::runURLCommand(const std::vector<std::string>& component
     } else if (command == "settings") {
         if (components.size() == 2 && !preferencesPane(components[1])) return "unknown settings pane";
         SHERLOG("Settings command: the preferences window is not built yet", SherlogLevel::info);
+    } else if (command == "library" || command == "colorpanel") {
+        SHERLOG("Window command \"" + command + "\": that window is not built yet", SherlogLevel::info);
     } else if (command == "color") {
         return createColor(components);
     } else if (command == "palette") {

@@ -41,10 +41,12 @@ std::optional<std::string> percentDecoded(const std::string& text) {
 constexpr size_t kMaxLinkBytes = 16 * 1024;
 constexpr size_t kMaxComponentBytes = 4 * 1024;
 
-// The component counts each command takes.
+// The component counts each command takes. "library" and "colorpanel" open those windows from the desktop
+// entry's actions.
 const std::map<std::string, std::vector<size_t>>& commandCounts() {
     static const std::map<std::string, std::vector<size_t>> counts = {
-        {"license", {2}}, {"picker", {1}}, {"contrast", {3}}, {"settings", {1, 2}}, {"color", {4}}, {"palette", {4}}};
+        {"license", {2}}, {"picker", {1}},  {"contrast", {3}}, {"settings", {1, 2}},
+        {"color", {4}},   {"palette", {4}}, {"library", {1}},  {"colorpanel", {1}}};
     return counts;
 }
 
