@@ -43,7 +43,7 @@ std::string programUsage() {
     std::string text = "usage: kro                  start the agent\n"
                        "       " + std::string(kOpenUsage) + "    hand kro:// commands and files to the agent\n";
     for (const auto& [name, command] : commandTable()) text += "       " + command.usage + "\n";
-    text += "       kro COMMAND --help     how a command is called\n"
+    text += "       kro help [COMMAND]   how a command is called (or: kro COMMAND --help)\n"
             "       kro --version\n";
     return text;
 }
