@@ -1,6 +1,24 @@
 # fish completion for kro. Format names and palette formats come from the program itself.
 
-set -l kro_commands open format formats name contrast simulate scan convert inspect palette-formats import export snapshot sync account help
+# Each command, with what it does.
+set -l kro_described \
+    'open:Hand kro:// links and files to the agent' \
+    'format:A color as text in a format or template' \
+    'formats:The format catalogue' \
+    'name:The nearest color name' \
+    'contrast:The contrast ratio of two colors' \
+    'simulate:A color as a color vision deficiency shows it' \
+    'scan:The colors found in a text' \
+    'convert:Convert a palette or gradient file' \
+    "inspect:A palette file's name, groups and colors" \
+    'palette-formats:Every palette and gradient format' \
+    'import:Import files into the library' \
+    'export:Write a palette of the library to a file' \
+    'snapshot:List, create or restore snapshots' \
+    'sync:Synchronize the library once' \
+    'account:Show, set or remove the sync account' \
+    'help:The usage of a command'
+set -l kro_commands (string replace -r ':.*' '' -- $kro_described)
 
 function __kro_format_names
     kro formats 2>/dev/null | string replace -r '^[* ] ' ''
@@ -14,22 +32,10 @@ complete -c kro -f
 complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -l version -d 'Print the version'
 complete -c kro -s h -l help -d 'Print the usage'
 
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a open -d 'Hand kro:// links and files to the agent'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a format -d 'A color as text in a format or template'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a formats -d 'The format catalogue'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a name -d 'The nearest color name'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a contrast -d 'The contrast ratio of two colors'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a simulate -d 'A color as a color vision deficiency shows it'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a scan -d 'The colors found in a text'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a convert -d 'Convert a palette or gradient file'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a inspect -d "A palette file's name, groups and colors"
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a palette-formats -d 'Every palette and gradient format'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a import -d 'Import files into the library'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a export -d 'Write a palette of the library to a file'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a snapshot -d 'List, create or restore snapshots'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a sync -d 'Synchronize the library once'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a account -d 'Show, set or remove the sync account'
-complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a help -d 'The usage of a command'
+for described in $kro_described
+    set -l parts (string split -m 1 : -- $described)
+    complete -c kro -n "not __fish_seen_subcommand_from $kro_commands" -a $parts[1] -d $parts[2]
+end
 
 complete -c kro -n '__fish_seen_subcommand_from format' -l format -x -a '(__kro_format_names)' -d 'Format of the catalogue'
 complete -c kro -n '__fish_seen_subcommand_from format' -l template -x -d 'Template text'
