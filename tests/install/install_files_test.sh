@@ -79,5 +79,29 @@ fish_commands=$(fish --no-config -c "source $SHARE/fish/vendor_completions.d/kro
 [[ $fish_commands == "$commands" ]] || fail "fish completes other commands: $fish_commands"
 [[ $(fish --no-config -c "source $SHARE/fish/vendor_completions.d/kro.fish; complete -C'kro format --format CSS\ He'" | cut -f1) \
         == $'CSS Hex\nCSS Hex with Alpha' ]] || fail "fish does not complete format names"
-zsh -n "$SHARE/zsh/vendor-completions/_kro" || fail "zsh completion does not parse"
+# Zsh's completion runs only in an interactive shell: one runs in a private tmux server, is sent a line and a
+# Tab, and the screen is read until the candidates show.
+mkdir -p "$WORK/zsh"
+cat >"$WORK/zsh/.zshrc" <<ZSHRC
+fpath=($SHARE/zsh/vendor-completions \$fpath)
+autoload -U compinit && compinit -u
+unsetopt list_ambiguous
+PS1='$ '
+ZSHRC
+zsh_completes() {  # LINE TEXT: TEXT shows on the screen after LINE and a Tab
+    local tmux=(tmux -L "kro-install-$$" -f /dev/null)
+    "${tmux[@]}" new-session -d -x 160 -y 30 "ZDOTDIR=$WORK/zsh zsh -i"
+    "${tmux[@]}" send-keys "$1" Tab
+    local shown=1
+    for _ in $(seq 300); do
+        "${tmux[@]}" capture-pane -p | grep -qF -- "$2" && { shown=0; break; }
+        sleep 0.1
+    done
+    "${tmux[@]}" capture-pane -p >"$WORK/zsh/screen"
+    "${tmux[@]}" kill-server
+    return $shown
+}
+zsh_completes 'kro for' 'formats  -- the format catalogue' || fail "zsh: kro for<TAB> shows: $(cat "$WORK/zsh/screen")"
+zsh_completes 'kro format --format CSS' 'CSS Hex with Alpha' \
+    || fail "zsh: kro format --format CSS<TAB> shows: $(cat "$WORK/zsh/screen")"
 echo "install files test passed"
