@@ -11,7 +11,6 @@ namespace kro::cli {
 namespace {
 
 CommandResult ask(const std::vector<std::string>& args) {
-    std::istringstream in;
     std::ostringstream out, err;
     const auto answered = answerQuestion(args, out, err);
     return {answered.value_or(-1), out.str(), err.str()};
