@@ -14,6 +14,8 @@ KRO=$PREFIX/bin/kro
 unset XDG_CURRENT_DESKTOP DESKTOP_SESSION KDE_FULL_SESSION GNOME_DESKTOP_SESSION_ID BROWSER
 
 start_agent
+# Started from the menu, the entry runs `kro open` with no argument: with an agent running, it only exits.
+timeout 20 kro open || fail "kro open with no argument, as the menu starts it"
 xdg-open 'kro://color/hex/FF0080/Hot%20Pink' || fail "xdg-open of a kro:// link"
 wait_for_library 'any(c["hex"] == "FF0080" and c["name"] == "Hot Pink" for c in user["history"]["colors"])' \
     || fail "the linked colour is not in the saved history"
