@@ -14,6 +14,7 @@
 #include "app/AppDelegate.h"
 #include "cli/Cli.h"
 #include "cli/HeadlessSync.h"
+#include "cli/DisplayCheck.h"
 #include "cli/OpenCommand.h"
 #include "cloud/ConfiguredCloudSession.h"
 #include "library/Sherlog.h"
@@ -53,11 +54,6 @@ std::string defaultsPath(const kro::Paths& paths) {
 // Longer than a command that runs alone takes (a sync waits up to 90 s for its server).
 constexpr std::chrono::seconds kAgentStoreLockWait{100};
 
-bool hasDisplay() {
-    const char* x11 = std::getenv("DISPLAY");
-    return x11 && *x11;
-}
-
 // SIGTERM and SIGINT end the event loop through a socket pair, the one safe way out of a signal handler.
 int gSignalPipe[2] = {-1, -1};
 void onSignal(int) {
@@ -66,9 +62,8 @@ void onSignal(int) {
 }
 
 int runAgent(int argc, char** argv) {
-    if (!hasDisplay()) {
-        std::cerr << "kro: the agent needs an X11 display, and DISPLAY is not set.\n"
-                     "     Run it in a desktop session, or on a virtual display: xvfb-run -a kro\n";
+    if (const auto problem = kro::cli::missingXDisplayMessage()) {
+        std::cerr << *problem;
         return kro::cli::exitFailed;
     }
     // The picker and the global keys speak X11; under Wayland the agent runs through XWayland.
@@ -195,10 +190,7 @@ int runHeadless(const std::vector<std::string>& args) {
 int main(int argc, char** argv) {
     std::vector<std::string> args(argv + 1, argv + argc);
     if (args.empty()) return runAgent(argc, argv);
-    if (args[0] == "-h" || args[0] == "--help" || args[0] == "help") {
-        std::cout << kro::cli::programUsage();
-        return kro::cli::exitDone;
-    }
+    if (const auto answered = kro::cli::answerQuestion(args, std::cout, std::cerr)) return *answered;
     if (args[0] == "open") {
         return kro::cli::runOpen({args.begin() + 1, args.end()}, kro::Paths::fromEnvironment(), selfPath(), std::cerr);
     }

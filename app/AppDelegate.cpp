@@ -314,46 +314,51 @@ void AppDelegate::handleAgentRequest(const std::string& line, const std::functio
 }
 
 void AppDelegate::handleURL(const std::string& url) {
-    SHERLOG("URL command: " + url, SherlogLevel::debug);
-    const auto parsed = urlCommandComponents(url);
-    if (!parsed || parsed->empty()) return;
-    const auto& components = *parsed;
-    const auto& command = components[0];
-    const auto count = components.size();
+    const auto check = checkURLCommand(url);
+    const auto refusal = check.refusal.empty() ? runURLCommand(check.components) : check.refusal;
+    // A link does nothing visible when it is wrong; the one log line is how a person finds out why.
+    if (!refusal.empty()) SHERLOG("URL command ignored, " + refusal + ": " + loggableURL(url), SherlogLevel::info);
+}
 
-    if (command == "license" && count == 2) {
+std::string AppDelegate::runURLCommand(const std::vector<std::string>& components) {
+    const auto& command = components[0];
+    if (command == "license") {
         SHERLOG("Licence command: this build has no licence window", SherlogLevel::debug);
-    } else if (command == "picker" && count == 1) {
+    } else if (command == "picker") {
         openPicker(PickerSource::standard);
-    } else if (command == "contrast" && count == 3) {
+    } else if (command == "contrast") {
         const auto pair = split(components[2], ',');
-        if (pair.size() != 2) return;
+        if (pair.size() != 2) return "a contrast takes two colours";
         auto foreground = colorFromURLComponent(components[1], pair[0]);
         auto background = colorFromURLComponent(components[1], pair[1]);
-        if (!foreground || !background) return;
+        if (!foreground || !background) return "a colour does not read";
         SHERLOG("Contrast command: the contrast window is not built yet", SherlogLevel::info);
-    } else if (command == "settings" && (count == 1 || count == 2)) {
-        if (count == 2 && !preferencesPane(components[1])) return;
+    } else if (command == "settings") {
+        if (components.size() == 2 && !preferencesPane(components[1])) return "unknown settings pane";
         SHERLOG("Settings command: the preferences window is not built yet", SherlogLevel::info);
-    } else if (command == "color" && count == 4) {
-        createColor(components);
-    } else if (command == "palette" && count == 4) {
-        createPalette(components);
+    } else if (command == "library" || command == "colorpanel") {
+        SHERLOG("Window command \"" + command + "\": that window is not built yet", SherlogLevel::info);
+    } else if (command == "color") {
+        return createColor(components);
+    } else if (command == "palette") {
+        return createPalette(components);
     }
+    return "";
 }
 
-void AppDelegate::createColor(const std::vector<std::string>& components) {
+std::string AppDelegate::createColor(const std::vector<std::string>& components) {
     auto value = colorFromURLComponent(components[1], components[2]);
-    if (!value) return;
+    if (!value) return "the colour does not read";
     User::shared()->addColorToTarget(Color::make(*value, components[3]));
     showStatusTooltip("Color Created", kTooltipSeconds);
+    return "";
 }
 
-void AppDelegate::createPalette(const std::vector<std::string>& components) {
+std::string AppDelegate::createPalette(const std::vector<std::string>& components) {
     std::vector<ColorRef> colors;
     for (const auto& item : split(components[2], ',')) {
         auto value = colorFromURLComponent(components[1], item);
-        if (!value) return;
+        if (!value) return "a colour does not read";
         colors.push_back(Color::make(*value));
     }
     const auto& name = components[3];
@@ -361,6 +366,7 @@ void AppDelegate::createPalette(const std::vector<std::string>& components) {
     auto palette = Palette::make(colors, name == "_" ? std::nullopt : std::optional<std::string>(name));
     user->addPalette(palette);
     showStatusTooltip("Palette Created", kTooltipSeconds);
+    return "";
 }
 
 }  // namespace kro

@@ -44,7 +44,8 @@ public:
     void applicationWillTerminate();
     // Files handed to the agent ("kro open FILE", the desktop's "open with").
     void applicationOpenFiles(const std::vector<std::string>& paths);
-    // A kro:// URL command. Unknown commands and wrong counts do nothing, silently.
+    // A kro:// URL command. A link that is malformed, over-long, of an unknown command or a wrong count, or
+    // whose colours do not read, does nothing but log one line saying why.
     void handleURL(const std::string& url);
     // Answers a request line from another kro (`kro open`, `kro import`, `kro snapshot`, `kro undo`…) through
     // `reply`, at once or (for a sync) when it is done.
@@ -92,8 +93,10 @@ public:
 private:
     void addObservers();
     void buildStatusMenu();
-    void createColor(const std::vector<std::string>& components);
-    void createPalette(const std::vector<std::string>& components);
+    // Each runs a checked command and returns why it did nothing, or "".
+    std::string runURLCommand(const std::vector<std::string>& components);
+    std::string createColor(const std::vector<std::string>& components);
+    std::string createPalette(const std::vector<std::string>& components);
     void cloudFetch();
     void snapshotCheck();
     void registerShortcuts();

@@ -1,7 +1,12 @@
 #include "app/URLCommand.h"
 
+#include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <cstdlib>
+#include <map>
+
+#include "exchange/coders/TextSupport.h"
 
 namespace kro {
 namespace {
@@ -31,7 +36,67 @@ std::optional<std::string> percentDecoded(const std::string& text) {
     return out;
 }
 
+// The longest palette a link carries is some five hundred hex colours; names are short. Anything longer is
+// not a link a person made.
+constexpr size_t kMaxLinkBytes = 16 * 1024;
+constexpr size_t kMaxComponentBytes = 4 * 1024;
+
+// The component counts each command takes. "library" and "colorpanel" open those windows from the desktop
+// entry's actions.
+const std::map<std::string, std::vector<size_t>>& commandCounts() {
+    static const std::map<std::string, std::vector<size_t>> counts = {
+        {"license", {2}}, {"picker", {1}},  {"contrast", {3}}, {"settings", {1, 2}},
+        {"color", {4}},   {"palette", {4}}, {"library", {1}},  {"colorpanel", {1}}};
+    return counts;
+}
+
+bool hasControlCharacter(const std::string& text) {
+    return std::any_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
+}
+
+std::string refusalOf(const std::optional<std::vector<std::string>>& components) {
+    if (!components) return "not a well-formed link";
+    for (const auto& component : *components) {
+        if (component.size() > kMaxComponentBytes) return "a component is too long";
+        if (!PAL::textfile::isValidUTF8(component)) return "a component is not UTF-8 text";
+        if (hasControlCharacter(component)) return "a component holds control characters";
+    }
+    if (components->empty()) return "no command";
+    const auto counts = commandCounts().find(components->front());
+    if (counts == commandCounts().end()) return "unknown command";
+    const auto& allowed = counts->second;
+    if (std::find(allowed.begin(), allowed.end(), components->size()) == allowed.end()) {
+        return "wrong number of components for \"" + components->front() + "\"";
+    }
+    return "";
+}
+
 }  // namespace
+
+URLCommandCheck checkURLCommand(const std::string& url) {
+    if (url.size() > kMaxLinkBytes) return {{}, "the link is too long"};
+    auto components = urlCommandComponents(url);
+    auto refusal = refusalOf(components);
+    if (!refusal.empty()) return {{}, refusal};
+    return {std::move(*components), ""};
+}
+
+std::string loggableURL(const std::string& url) {
+    constexpr size_t kShown = 200;
+    std::string shown;
+    for (size_t i = 0; i < url.size(); ++i) {
+        if (shown.size() >= kShown) return shown + "…";
+        const auto c = static_cast<unsigned char>(url[i]);
+        if (c < 0x20 || c >= 0x7F) {
+            char escape[4];
+            std::snprintf(escape, sizeof escape, "%%%02X", c);
+            shown += escape;
+        } else {
+            shown += static_cast<char>(c);
+        }
+    }
+    return shown;
+}
 
 std::optional<std::vector<std::string>> urlCommandComponents(const std::string& url) {
     for (unsigned char c : url) {

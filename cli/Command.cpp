@@ -1,5 +1,6 @@
 #include "cli/Command.h"
 
+#include <algorithm>
 #include <ostream>
 
 namespace kro::cli {
@@ -12,6 +13,11 @@ int fail(CommandContext& context, const std::string& message) {
 int usageError(CommandContext& context, const Command& command) {
     context.err << "usage: " << command.usage << "\n";
     return exitUsage;
+}
+
+bool asksForHelp(const std::vector<std::string>& args) {
+    const auto end = std::find(args.begin(), args.end(), "--");
+    return std::any_of(args.begin(), end, [](const std::string& arg) { return arg == "--help" || arg == "-h"; });
 }
 
 }  // namespace kro::cli

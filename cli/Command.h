@@ -32,4 +32,8 @@ int fail(CommandContext& context, const std::string& message);
 // Writes "usage: <usage>" and returns exitUsage.
 int usageError(CommandContext& context, const Command& command);
 
+// True when the arguments ask for help ("--help" or "-h" before any "--"): the command then prints its usage
+// and acts on nothing, so a script can ask any command how it is called.
+bool asksForHelp(const std::vector<std::string>& args);
+
 }  // namespace kro::cli

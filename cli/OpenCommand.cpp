@@ -5,22 +5,16 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <ostream>
 #include <thread>
 
 #include "cli/Command.h"
+#include "cli/DisplayCheck.h"
 #include "platform/AgentChannel.h"
 #include "platform/Json.h"
 
 namespace kro::cli {
 namespace {
-
-bool hasDisplay() {
-    const char* x11 = std::getenv("DISPLAY");
-    const char* wayland = std::getenv("WAYLAND_DISPLAY");
-    return (x11 && *x11) || (wayland && *wayland);
-}
 
 // Starts `kro` with no command as a detached agent; its output goes to a log in the cache folder.
 bool startAgent(const std::string& selfPath, const Paths& paths) {
@@ -56,10 +50,6 @@ std::string openRequest(const std::vector<std::string>& args, const std::string&
 }
 
 int runOpen(const std::vector<std::string>& args, const Paths& paths, const std::string& selfPath, std::ostream& err) {
-    if (args.empty()) {
-        err << "usage: kro open ARG...\n";
-        return exitUsage;
-    }
     char cwd[4096];
     const std::string workingFolder = getcwd(cwd, sizeof cwd) ? cwd : ".";
     const auto request = openRequest(args, workingFolder);
@@ -72,9 +62,8 @@ int runOpen(const std::vector<std::string>& args, const Paths& paths, const std:
     };
     auto reply = sendToAgent(socketPath, request, secondsLeft());
     if (reply.status == AgentReply::Status::noAgent && !agentLockIsHeld(agentLockPath(paths))) {
-        if (!hasDisplay()) {
-            err << "kro: no agent is running, and there is no display to start one on (set DISPLAY, or run one "
-                   "on a virtual display: xvfb-run -a kro)\n";
+        if (const auto problem = missingXDisplayMessage()) {
+            err << *problem;
             return exitFailed;
         }
         if (!startAgent(selfPath, paths)) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 #include "platform/Environment.h"
 #include "platform/Paths.h"
@@ -47,7 +48,35 @@ bool LoginItem::setEnabled(bool enabled) {
         return !files.exists(path);
     }
     if (!files.isDirectory(parentPath(path)) && !files.createDirectories(parentPath(path))) return false;
-    return files.writeAtomically(path, entryText(executablePath()));
+    const auto installed = installedEntryText();
+    return files.writeAtomically(path, installed ? entryTextFromInstalled(*installed) : entryText(executablePath()));
+}
+
+std::optional<std::string> LoginItem::installedEntryText() {
+    const auto& paths = env().paths;
+    std::vector<std::string> dataFolders{paths.dataHome};
+    dataFolders.insert(dataFolders.end(), paths.dataDirs.begin(), paths.dataDirs.end());
+    const auto name = std::string(kBundleIdentifier) + ".desktop";
+    for (const auto& folder : dataFolders) {
+        if (auto text = env().files->read(joinPath(joinPath(folder, "applications"), name))) return text;
+    }
+    return std::nullopt;
+}
+
+std::string LoginItem::entryTextFromInstalled(const std::string& installedEntry) {
+    std::string mainGroup;
+    size_t start = 0;
+    bool inMainGroup = false;
+    while (start < installedEntry.size()) {
+        auto end = installedEntry.find('\n', start);
+        if (end == std::string::npos) end = installedEntry.size();
+        const auto line = installedEntry.substr(start, end - start);
+        if (line.starts_with("[")) inMainGroup = line == "[Desktop Entry]";
+        // Blank lines, the actions' groups and any autostart mark of the entry's own are left out.
+        if (inMainGroup && !line.empty() && !line.starts_with("X-GNOME-Autostart-enabled=")) mainGroup += line + "\n";
+        start = end + 1;
+    }
+    return mainGroup + "X-GNOME-Autostart-enabled=true\n";
 }
 
 std::string LoginItem::entryText(const std::string& executable) {

@@ -39,6 +39,21 @@ std::string desktopFrom(const std::string& configHome, const std::string& homeDi
     return homeDir + "/Desktop";
 }
 
+// The folders of $XDG_DATA_DIRS in order; relative ones are ignored, as the XDG rules say.
+std::vector<std::string> dataDirsFrom(const std::string& list) {
+    std::vector<std::string> dirs;
+    size_t start = 0;
+    while (start <= list.size()) {
+        const auto colon = list.find(':', start);
+        const auto dir = list.substr(start, colon == std::string::npos ? std::string::npos : colon - start);
+        if (!dir.empty() && dir[0] == '/') dirs.push_back(dir);
+        if (colon == std::string::npos) break;
+        start = colon + 1;
+    }
+    if (dirs.empty()) dirs = {"/usr/local/share", "/usr/share"};
+    return dirs;
+}
+
 }  // namespace
 
 Paths Paths::fromEnvironment() {
@@ -49,11 +64,12 @@ Paths Paths::fromEnvironment() {
     paths.cacheHome = orDefault("XDG_CACHE_HOME", homeDir + "/.cache");
     paths.runtimeDir = orDefault("XDG_RUNTIME_DIR", paths.cacheHome + "/" + kBundleIdentifier + "-runtime-" + std::to_string(getuid()));
     paths.desktopDir = desktopFrom(paths.configHome, homeDir);
+    paths.dataDirs = dataDirsFrom(env("XDG_DATA_DIRS"));
     return paths;
 }
 
 Paths Paths::underRoot(const std::string& root) {
-    return Paths{root + "/data", root + "/config", root + "/cache", root + "/runtime", root + "/Desktop"};
+    return Paths{root + "/data", root + "/config", root + "/cache", root + "/runtime", root + "/Desktop", {root + "/system"}};
 }
 
 }  // namespace kro

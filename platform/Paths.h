@@ -1,5 +1,6 @@
 #pragma once
 #include <string>
+#include <vector>
 
 namespace kro {
 
@@ -10,6 +11,7 @@ struct Paths {
     std::string cacheHome;    // $XDG_CACHE_HOME or ~/.cache
     std::string runtimeDir;   // $XDG_RUNTIME_DIR, else a private folder under the cache
     std::string desktopDir;   // XDG_DESKTOP_DIR from user-dirs.dirs, else ~/Desktop
+    std::vector<std::string> dataDirs;  // $XDG_DATA_DIRS or /usr/local/share, /usr/share: installed data
 
     // Read from the environment of this process.
     static Paths fromEnvironment();

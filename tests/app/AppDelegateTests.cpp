@@ -9,6 +9,7 @@
 #include "platform/Json.h"
 #include "platform/testing/FakeDesktop.h"
 #include "platform/testing/TestEnvironment.h"
+#include "tests/support/LogCapture.h"
 
 using namespace kro;
 using namespace kro::testing;
@@ -46,14 +47,21 @@ TEST_F(AppDelegateTest, UnnamedPalettesTakeTheNextFreeName) {
     EXPECT_EQ(fake.tooltip.messages.back(), "Palette Created");
 }
 
-TEST_F(AppDelegateTest, MalformedCommandsDoNothingAndSayNothing) {
+TEST_F(AppDelegateTest, MalformedCommandsDoNothingSayNothingAndLogOneLineEach) {
     environment.notifications.clearPostedNames();
     const auto before = fake.tooltip.messages.size();
-    for (const char* url : {"kro://color/hex/FF0080", "kro://color/hex/FF0080/a/b", "kro://unknown/x/y/z",
-                            "kro://color/rgba/1-2-x-1/Bad", "kro://palette/rgba/1-2-3-1,1-2/P", "kro://",
-                            "kro://color/hex/FF0080/Raw Space", "kro://contrast/rgba/1-2-3-1,x/"}) {
-        delegate->handleURL(url);
-    }
+    const std::vector<std::string> urls = {"kro://color/hex/FF0080", "kro://color/hex/FF0080/a/b", "kro://unknown/x/y/z",
+                                           "kro://color/rgba/1-2-x-1/Bad", "kro://palette/rgba/1-2-3-1,1-2/P", "kro://",
+                                           "kro://color/hex/FF0080/Raw Space", "kro://contrast/rgba/1-2-3-1,x/",
+                                           "kro://contrast/hex/FF0000", "kro://settings/colours",
+                                           "kro://color/hex/FF0080/%00"};
+    LogCapture log;
+    for (const auto& url : urls) delegate->handleURL(url);
+    const auto lines = log.text();
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), static_cast<long>(urls.size())) << lines;
+    EXPECT_NE(lines.find("URL command ignored, unknown command: kro://unknown/x/y/z\n"), std::string::npos) << lines;
+    EXPECT_NE(lines.find("URL command ignored, a colour does not read: kro://palette/rgba/1-2-3-1,1-2/P\n"),
+              std::string::npos) << lines;
     EXPECT_TRUE(User::shared()->history->colors.empty());
     EXPECT_EQ(User::shared()->palettes.size(), 1u);
     EXPECT_EQ(fake.tooltip.messages.size(), before);

@@ -88,6 +88,23 @@ TEST_F(PreferenceStore, StartAtLoginIsTheAutostartEntry) {
     EXPECT_FALSE(LoginItem::isEnabled());
 }
 
+TEST_F(PreferenceStore, AnInstalledDesktopEntryIsWhatLoginStarts) {
+    const std::string installed = "[Desktop Entry]\nType=Application\nName=Kro\nExec=kro open %U\n"
+                                  "Actions=pick;\n\n[Desktop Action pick]\nName=Pick Color\nExec=kro open kro://picker\n";
+    const std::string autostart = "/home/test/config/autostart/kroapp.Kro.desktop";
+    environment.files.files["/home/test/system/applications/kroapp.Kro.desktop"] = installed;
+    ASSERT_TRUE(LoginItem::setEnabled(true));
+    EXPECT_EQ(environment.files.files.at(autostart), "[Desktop Entry]\nType=Application\nName=Kro\nExec=kro open %U\n"
+                                                     "Actions=pick;\nX-GNOME-Autostart-enabled=true\n");
+
+    // The user's own installation comes before the system's.
+    environment.files.files["/home/test/data/applications/kroapp.Kro.desktop"] =
+        "[Desktop Entry]\nExec=/home/test/.local/bin/kro open %U\nX-GNOME-Autostart-enabled=false";
+    ASSERT_TRUE(LoginItem::setEnabled(true));
+    EXPECT_EQ(environment.files.files.at(autostart),
+              "[Desktop Entry]\nExec=/home/test/.local/bin/kro open %U\nX-GNOME-Autostart-enabled=true\n");
+}
+
 TEST_F(PreferenceStore, TheExecLineQuotesAPathWithSpaces) {
     EXPECT_NE(LoginItem::entryText("/opt/kro/bin/kro").find("\nExec=/opt/kro/bin/kro\n"), std::string::npos);
     EXPECT_NE(LoginItem::entryText("/home/a b/kro").find("\nExec=\"/home/a b/kro\"\n"), std::string::npos);
