@@ -1,0 +1,78 @@
+#include "workspaces/common/ColorCellDelegate.h"
+
+#include <QApplication>
+#include <QPainter>
+
+#include "workspaces/common/LibraryModels.h"
+#include "workspaces/common/Swatch.h"
+
+namespace kro {
+
+QSize ColorCellDelegate::gridCell(const QFontMetrics& metrics) {
+    const int width = std::max(112, metrics.horizontalAdvance(QString(14, 'M')) * 2 / 3);
+    return {width, width * 3 / 4 + 2 * metrics.height() + 14};
+}
+
+QSize ColorCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
+    if (grid_) return gridCell(option.fontMetrics);
+    return {option.rect.width() > 0 ? option.rect.width() : 320, std::max(36, option.fontMetrics.height() * 2 + 8)};
+}
+
+void ColorCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    QStyleOptionViewItem base = option;
+    initStyleOption(&base, index);
+    base.text.clear();
+    base.icon = {};
+    base.features &= ~QStyleOptionViewItem::HasDecoration;
+    // The style draws the selection and focus background; the swatch and texts are ours.
+    const QWidget* widget = option.widget;
+    QStyle* style = widget ? widget->style() : QApplication::style();
+    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &base, painter, widget);
+
+    const bool selected = option.state & QStyle::State_Selected;
+    const QColor textColor = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    QColor dimColor = textColor;
+    dimColor.setAlphaF(0.7f);
+    const auto color = index.data(ColorRole).value<QColor>();
+    const auto name = index.data(NameRole).toString();
+    const auto text = index.data(Qt::DisplayRole).toString();
+    const auto metrics = option.fontMetrics;
+    const QRect area = option.rect.adjusted(6, 6, -6, -6);
+
+    painter->save();
+    if (grid_) {
+        const int textHeight = 2 * metrics.height();
+        const QRectF swatch(area.left(), area.top(), area.width(), area.height() - textHeight - 4);
+        paintSwatch(*painter, swatch, color, option.palette, 6.0);
+        QRect line(area.left(), area.bottom() - textHeight + 1, area.width(), metrics.height());
+        painter->setPen(textColor);
+        painter->drawText(line, Qt::AlignLeft | Qt::AlignVCenter, metrics.elidedText(name, Qt::ElideRight, line.width()));
+        line.translate(0, metrics.height());
+        painter->setPen(dimColor);
+        painter->drawText(line, Qt::AlignLeft | Qt::AlignVCenter, metrics.elidedText(text, Qt::ElideMiddle, line.width()));
+    } else {
+        const int side = area.height();
+        paintSwatch(*painter, QRectF(area.left(), area.top(), side, side), color, option.palette, 4.0);
+        const QRect texts = area.adjusted(side + 10, 0, 0, 0);
+        const int textWidth = std::min(metrics.horizontalAdvance(text) + 8, texts.width() / 2);
+        const QRect textRect(texts.right() - textWidth, texts.top(), textWidth, texts.height());
+        painter->setPen(dimColor);
+        painter->drawText(textRect, Qt::AlignRight | Qt::AlignVCenter, metrics.elidedText(text, Qt::ElideMiddle, textWidth));
+        const QRect nameRect(texts.left(), texts.top(), texts.width() - textWidth - 8, texts.height());
+        painter->setPen(textColor);
+        painter->drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter, metrics.elidedText(name, Qt::ElideRight, nameRect.width()));
+    }
+    painter->restore();
+}
+
+void ColorCellDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option, const QModelIndex&) const {
+    const auto metrics = option.fontMetrics;
+    const QRect area = option.rect.adjusted(4, 4, -4, -4);
+    if (grid_) {
+        editor->setGeometry(area.left(), area.bottom() - 2 * metrics.height() - 4, area.width(), metrics.height() + 8);
+    } else {
+        editor->setGeometry(area.adjusted(area.height() + 8, 0, -area.width() / 2, 0));
+    }
+}
+
+}  // namespace kro
