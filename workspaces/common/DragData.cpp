@@ -6,6 +6,7 @@
 #include "documents/DocumentHandler.h"
 #include "formats/ColorFormats.h"
 #include "formats/color/ImportColor.h"
+#include "library/Sherlog.h"
 #include "library/User.h"
 #include "platform/Json.h"
 #include "workspaces/common/LibraryActions.h"
@@ -100,6 +101,8 @@ bool accepts(const QMimeData& data) {
 }
 
 bool drop(const QMimeData& data, const PaletteRef& target, size_t index, bool copy, LibraryActions& actions) {
+    SHERLOG("Drop of " + data.formats().join(", ").toStdString() + " on " + target->name.value_or("<null>"),
+            SherlogLevel::debug);
     auto& user = *User::shared();
     if (data.hasFormat(colorType)) {
         const auto drag = colorDrag(data);

@@ -67,6 +67,8 @@ Inspector::Inspector(AppDelegate* delegate, LibraryActions& actions, QWidget* pa
     auto* scroll = new QScrollArea(this);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    // The inspector grows downwards only: every line fits its width or wraps.
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     outer->addWidget(scroll);
     auto* body = new QWidget(scroll);
     scroll->setWidget(body);
@@ -125,6 +127,8 @@ Inspector::Inspector(AppDelegate* delegate, LibraryActions& actions, QWidget* pa
     formats_->setAccessibleName("Color formats");
     formats_->setAccessibleDescription("Activating a format copies its text");
     formats_->setMinimumHeight(160);
+    formats_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    formats_->setTextElideMode(Qt::ElideMiddle);
     connect(formats_, &QListWidget::itemActivated, this,
             [this](QListWidgetItem* item) { copyText(item->data(Qt::UserRole).toString().toStdString()); });
     connect(formats_, &QListWidget::itemClicked, this,
@@ -152,8 +156,9 @@ Inspector::Inspector(AppDelegate* delegate, LibraryActions& actions, QWidget* pa
         blindness_[i]->setAccessibleName(name + " preview");
         auto* caption = new QLabel(name, body);
         caption->setAlignment(Qt::AlignHCenter);
-        previews->addWidget(blindness_[i], 0, i);
-        previews->addWidget(caption, 1, i);
+        caption->setWordWrap(true);
+        previews->addWidget(blindness_[i], (i / 2) * 2, i % 2);
+        previews->addWidget(caption, (i / 2) * 2 + 1, i % 2);
     }
     layout->addLayout(previews);
 

@@ -212,6 +212,10 @@ void MainWindow::paletteChanged() {
     colorUUIDs_.clear();
     colorModel_.setPalette(paletteUUID_);
     inspector_->showColor(paletteUUID_, "");
+    // The first colour is chosen, so the inspector has something to show.
+    if (colorModel_.rowCount() > 0) {
+        colors_->selectionModel()->setCurrentIndex(colorModel_.index(0), QItemSelectionModel::ClearAndSelect);
+    }
     // Choosing a palette makes it the one picks and colour commands go to. Run after this turn: the change
     // resets the models, which must not happen inside their own selection signal.
     QTimer::singleShot(0, this, [this] {

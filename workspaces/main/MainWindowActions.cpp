@@ -171,6 +171,9 @@ void MainWindow::newPalette() {
     auto palette = Palette::make({});
     actions_.run([&] {
         User::shared()->addPalette(palette);
+        // Made the target now rather than after the selection settles, so the name editor opened below
+        // is not closed by that change.
+        User::shared()->selectTarget(palette);
         return true;
     });
     selectPalette(palette->uuid);
