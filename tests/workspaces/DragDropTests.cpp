@@ -114,5 +114,22 @@ TEST_F(DragDropTest, TextAndColoursOfOtherProgramsBecomeColoursOfThePalette) {
     EXPECT_EQ(user().palettes[0], second);
 }
 
+TEST_F(DragDropTest, DroppedFilesAreImportedAndOneThatDoesNotReadIsNamed) {
+    environment.files.createDirectories("/home/test/in");
+    environment.files.files["/home/test/in/web.gpl"] = "GIMP Palette\nName: Web\n#\n255 0 0 Red\n";
+    environment.files.files["/home/test/in/junk.aco"] = "junk";
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile("/home/test/in/junk.aco")});
+    const auto before = savedLibrary();
+    EXPECT_FALSE(colors.dropMimeData(&files, Qt::CopyAction, 0, 0, {}));
+    EXPECT_EQ(notices.back(), "Could not import junk.aco");
+    EXPECT_EQ(savedLibrary(), before);
+
+    files.setUrls({QUrl::fromLocalFile("/home/test/in/web.gpl")});
+    ASSERT_TRUE(palettes.dropMimeData(&files, Qt::CopyAction, -1, -1, palettes.index(1)));
+    EXPECT_EQ(user().palettes.back()->name, "Web");
+    EXPECT_EQ(notices.back(), "Imported 1 palette");
+}
+
 }  // namespace
 }  // namespace kro::testing

@@ -30,7 +30,9 @@ void ColorCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &base, painter, widget);
 
     const bool selected = option.state & QStyle::State_Selected;
-    const QColor textColor = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    // The same colour group the style drew the selection in: a window without focus shows it dimmed.
+    const auto group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    const QColor textColor = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
     QColor dimColor = textColor;
     dimColor.setAlphaF(0.7f);
     const auto color = index.data(ColorRole).value<QColor>();

@@ -84,6 +84,8 @@ void MainWindow::buildViews() {
     sidebar_->setEditTriggers(QAbstractItemView::EditKeyPressed);
     sidebar_->setContextMenuPolicy(Qt::CustomContextMenu);
     sidebar_->setMinimumWidth(180);
+    // Names are elided to the sidebar's width; it never scrolls sideways.
+    sidebar_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(sidebar_->selectionModel(), &QItemSelectionModel::currentChanged, this, [this](const QModelIndex& index) {
         if (restoring_ || !index.isValid()) return;
         paletteUUID_ = index.data(UuidRole).toString().toStdString();
@@ -102,6 +104,7 @@ void MainWindow::buildViews() {
     search_->setPlaceholderText("Search by name or hex");
     search_->setAccessibleName("Search colors");
     search_->setClearButtonEnabled(true);
+    search_->setMinimumWidth(search_->fontMetrics().horizontalAdvance("Search by name") + 24);
     connect(search_, &QLineEdit::textChanged, this, [this](const QString& text) { colorModel_.setSearch(text.toStdString()); });
     bar->addWidget(search_, 1);
     sort_ = new QComboBox(centre);

@@ -36,7 +36,8 @@ void PaletteRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     (widget ? widget->style() : QApplication::style())->drawPrimitive(QStyle::PE_PanelItemViewItem, &base, painter, widget);
 
     const bool selected = option.state & QStyle::State_Selected;
-    const QColor textColor = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    const auto group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    const QColor textColor = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
     QColor dim = textColor;
     dim.setAlphaF(0.65f);
     const auto metrics = option.fontMetrics;
