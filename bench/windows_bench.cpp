@@ -7,45 +7,22 @@
 #include <QApplication>
 #include <QListView>
 #include <QScrollBar>
-#include <cstdlib>
-#include <filesystem>
 
+#include "BenchEnvironment.h"
 #include "formats/ColorFormats.h"
 #include "library/User.h"
 #include "library/UserUndo.h"
-#include "platform/Environment.h"
-#include "platform/linux/PosixFiles.h"
-#include "platform/testing/ManualQueues.h"
-#include "platform/testing/MemoryDefaults.h"
 #include "workspaces/main/MainWindow.h"
 
 namespace {
 
-struct BenchEnvironment {
-    kro::testing::ManualClock clock;
-    kro::testing::ManualQueue queue{clock};
-    kro::PosixFiles files;
-    kro::testing::MemoryDefaults defaults;
-    kro::NotificationCenter notifications;
-    std::string root;
-
-    BenchEnvironment() {
-        char folder[] = "/tmp/kro-bench-XXXXXX";
-        root = mkdtemp(folder);
-        kro::Environment environment;
-        environment.clock = &clock;
-        environment.mainQueue = &queue;
-        environment.backgroundQueue = &queue;
-        environment.files = &files;
-        environment.defaults = &defaults;
-        environment.notifications = &notifications;
-        environment.paths = kro::Paths::underRoot(root);
-        kro::installEnvironment(environment);
+// The shared environment, with the shipped format catalogue and an empty undo history.
+struct WindowBenchEnvironment : BenchEnvironment {
+    WindowBenchEnvironment() {
         kro::ColorFormats::resetShared();
         kro::ColorFormats::shared().load();
         kro::UserUndo::shared().reset();
     }
-    ~BenchEnvironment() { std::filesystem::remove_all(root); }
 };
 
 kro::ColorRef colorNumber(long n) {
@@ -75,7 +52,7 @@ void paint(QWidget& widget) {
 }
 
 void openLibraryWindow(benchmark::State& state) {
-    BenchEnvironment environment;
+    WindowBenchEnvironment environment;
     makeLibrary(100, 100);
     for (auto _ : state) {
         kro::MainWindow window(nullptr);
@@ -92,7 +69,7 @@ void openLibraryWindow(benchmark::State& state) {
 BENCHMARK(openLibraryWindow)->Unit(benchmark::kMillisecond);
 
 void scrollGridPage(benchmark::State& state) {
-    BenchEnvironment environment;
+    WindowBenchEnvironment environment;
     makeLibrary(1, state.range(0));
     kro::MainWindow window(nullptr);
     window.resize(1080, 680);
@@ -107,7 +84,7 @@ void scrollGridPage(benchmark::State& state) {
 BENCHMARK(scrollGridPage)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 void renameToSavedFile(benchmark::State& state) {
-    BenchEnvironment environment;
+    WindowBenchEnvironment environment;
     makeLibrary(100, 100);
     kro::MainWindow window(nullptr);
     window.show();

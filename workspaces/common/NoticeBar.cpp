@@ -30,7 +30,7 @@ NoticeBar::NoticeBar(QWidget* parent) : QFrame(parent), label_(new QLabel(this))
     hide();
 }
 
-QString NoticeBar::text() const { return isVisible() || !isHidden() ? label_->text() : QString(); }
+QString NoticeBar::text() const { return isHidden() ? QString() : label_->text(); }
 
 void NoticeBar::present(const QString& text, bool failure) {
     failure_ = failure;

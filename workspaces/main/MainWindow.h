@@ -81,6 +81,8 @@ private:
     void paletteChanged();
     void colorSelectionChanged();
     void refreshActions();
+    // Undo (backwards) or redo through the library's undo history.
+    void stepHistory(bool forward);
     void saveFrame();
     void restoreFrame();
 

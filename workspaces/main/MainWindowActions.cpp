@@ -288,23 +288,17 @@ void MainWindow::copySelection() {
     showNotice("Colors Copied");
 }
 
-void MainWindow::undo() {
-    if (!actions_.run([] {
-            if (!UserUndo::shared().canUndo()) return false;
-            UserUndo::shared().undo();
-            return true;
-        })) {
-        showNotice("Nothing to undo");
-    }
-}
+void MainWindow::undo() { stepHistory(false); }
+void MainWindow::redo() { stepHistory(true); }
 
-void MainWindow::redo() {
-    if (!actions_.run([] {
-            if (!UserUndo::shared().canRedo()) return false;
-            UserUndo::shared().redo();
+void MainWindow::stepHistory(bool forward) {
+    auto& history = UserUndo::shared();
+    if (!actions_.run([&] {
+            if (!(forward ? history.canRedo() : history.canUndo())) return false;
+            forward ? history.redo() : history.undo();
             return true;
         })) {
-        showNotice("Nothing to redo");
+        showNotice(forward ? "Nothing to redo" : "Nothing to undo");
     }
 }
 
