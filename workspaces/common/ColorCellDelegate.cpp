@@ -1,6 +1,5 @@
 #include "workspaces/common/ColorCellDelegate.h"
 
-#include <QApplication>
 #include <QPainter>
 
 #include "workspaces/common/LibraryModels.h"
@@ -19,22 +18,23 @@ QSize ColorCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QMod
 }
 
 void ColorCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    QStyleOptionViewItem base = option;
-    initStyleOption(&base, index);
-    base.text.clear();
-    base.icon = {};
-    base.features &= ~QStyleOptionViewItem::HasDecoration;
-    // The style draws the selection and focus background; the swatch and texts are ours.
-    const QWidget* widget = option.widget;
-    QStyle* style = widget ? widget->style() : QApplication::style();
-    style->drawPrimitive(QStyle::PE_PanelItemViewItem, &base, painter, widget);
-
+    // The selection is drawn here rather than by the style: a tinted, outlined cell reads the same in every
+    // style, theme and focus state, where some styles draw an unfocused selection in the text's colour.
     const bool selected = option.state & QStyle::State_Selected;
-    // The same colour group the style drew the selection in: a window without focus shows it dimmed.
     const auto group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
-    const QColor textColor = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor textColor = option.palette.color(group, QPalette::Text);
     QColor dimColor = textColor;
     dimColor.setAlphaF(0.7f);
+    if (selected || (option.state & QStyle::State_HasFocus)) {
+        QColor highlight = option.palette.color(QPalette::Active, QPalette::Highlight);
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(QPen(highlight, selected ? 2.0 : 1.0, selected ? Qt::SolidLine : Qt::DotLine));
+        highlight.setAlphaF(selected ? 0.18f : 0.0f);
+        painter->setBrush(highlight);
+        painter->drawRoundedRect(QRectF(option.rect).adjusted(2, 2, -2, -2), 6, 6);
+        painter->restore();
+    }
     const auto color = index.data(ColorRole).value<QColor>();
     const auto name = index.data(NameRole).toString();
     const auto text = index.data(Qt::DisplayRole).toString();
