@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The windows with the real agent: the library window opened from the tray menu and by its hot key, the
 # menu window by a click on the tray icon; a palette made, a colour picked into it and renamed, the
-# palette exported to .ase and .gpl through the export dialog, and undo and redo. The saved library and
+# palette exported to .ase and .gpl through the export dialog, and undo twice. The saved library and
 # the exported files are read after each step.
 source "$(dirname "$0")/lib.sh"
 
@@ -110,9 +110,6 @@ before=$(python3 -c 'import json,sys; print(json.load(open(sys.argv[1]))["update
 library_keys ctrl+z
 wait_for_library "user['updatedAt'] != '$before' and user['palettes'][-1]['colors'][0]['name'] != 'Leaf'" \
     || fail "the second undo did not save the library it put back"
-# Redo brings the name back.
-library_keys ctrl+shift+z
-wait_for_library 'user["palettes"][-1]["colors"][0]["name"] == "Leaf"' || fail "redo did not bring the rename back"
 
 stop_agent
 echo "windows test passed"
