@@ -81,7 +81,7 @@ AppDelegate::AppDelegate(Desktop desktop) : desktop_(desktop) {
                                                       desktop_.workspace, desktop_.popUpMenu, desktop_.keySimulator});
     Sound::setPlayer(desktop_.sound);
     CMD::setKeySimulator(desktop_.keySimulator);
-    if (desktop_.statusItem) desktop_.statusItem->onActivated = [this] { openPicker(PickerSource::standard); };
+    if (desktop_.statusItem) desktop_.statusItem->onActivated = [this] { statusItemDidPress(); };
 }
 
 AppDelegate::~AppDelegate() {
@@ -125,6 +125,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     ColorList::shared();
 
     registerShortcuts();
+    createWindowControllers();
     addObservers();
 
     User::shared()->fixUUIDS();
@@ -185,6 +186,11 @@ void AppDelegate::buildStatusMenu() {
     if (!desktop_.statusItem) return;
     std::vector<StatusMenuItem> items;
     items.push_back({"Pick Colour", [this] { openPicker(PickerSource::standard); }});
+    if (menuWindowController) items.push_back({"Show Menu Window", [this] { openMenuWindow(); }});
+    if (mainWindowController) items.push_back({"Open Library", [this] { openMainWindow(); }});
+    if (contrastWindowController) items.push_back({"Contrast Checker", [this] { openContrastWindow(); }});
+    if (colorPanelWindowController) items.push_back({"Colour Panel", [this] { openColorPanel(); }});
+    if (preferencesWindowController) items.push_back({"Preferences", [this] { openPreferences(); }});
     // The recent history until the menu window exists: a click copies the colour again.
     const auto& history = User::shared()->history->colors;
     if (!history.empty()) items.push_back({});
@@ -194,9 +200,7 @@ void AppDelegate::buildStatusMenu() {
                          [this, color] { copyColor(color, true, ColorDeliveryTarget::clipboard); }, color->colorValue()});
     }
     items.push_back({});
-    items.push_back({"Quit Kro", [this] {
-                         if (desktop_.application) desktop_.application->quit();
-                     }});
+    items.push_back({"Quit Kro", [this] { quit(); }});
     desktop_.statusItem->setMenu(std::move(items));
 }
 
@@ -334,10 +338,13 @@ std::string AppDelegate::runURLCommand(const std::vector<std::string>& component
         if (!foreground || !background) return "a colour does not read";
         SHERLOG("Contrast command: the contrast window is not built yet", SherlogLevel::info);
     } else if (command == "settings") {
-        if (components.size() == 2 && !preferencesPane(components[1])) return "unknown settings pane";
-        SHERLOG("Settings command: the preferences window is not built yet", SherlogLevel::info);
-    } else if (command == "library" || command == "colorpanel") {
-        SHERLOG("Window command \"" + command + "\": that window is not built yet", SherlogLevel::info);
+        const auto pane = components.size() == 2 ? preferencesPane(components[1]) : std::nullopt;
+        if (components.size() == 2 && !pane) return "unknown settings pane";
+        openPreferences(pane);
+    } else if (command == "library") {
+        openMainWindow();
+    } else if (command == "colorpanel") {
+        openColorPanel();
     } else if (command == "color") {
         return createColor(components);
     } else if (command == "palette") {
