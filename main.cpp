@@ -35,6 +35,7 @@
 #include "platform/linux/X11ScreenCapture.h"
 #include "platform/linux/X11Workspace.h"
 #include "workspaces/QtLoupeWindow.h"
+#include "workspaces/QtWindowFactory.h"
 
 namespace {
 
@@ -116,7 +117,10 @@ int runAgent(int argc, char** argv) {
     desktop.keySimulator = &keySimulator;
     desktop.sound = &sound;
     desktop.workspace = &workspace;
+    kro::QtWindowFactory windows;
+    desktop.windows = &windows;
     kro::AppDelegate delegate(desktop);
+    windows.setDelegate(&delegate);
     loupe.setPicker(&delegate.picker());
 
     kro::QtAgentServer server([&delegate](const std::string& request, const kro::QtAgentServer::Reply& reply) {

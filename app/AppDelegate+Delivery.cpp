@@ -44,6 +44,7 @@ void AppDelegate::openPicker(PickerSource source) {
         return;
     }
     if (picker_->isOpen) return;
+    if (menuWindowController) menuWindowController->hide();
     picker_->open(source, 0.05);
 }
 
@@ -69,9 +70,15 @@ void AppDelegate::copyColor(const ColorRef& color, bool clipboard, ColorDelivery
 }
 
 void AppDelegate::pickerDidPick(const ColorValue& color, PickerSource source) {
+    if (source == PickerSource::inspector) {
+        if (Preferences::shared().playSounds()) Sound::playColor();
+        // Without the library window the colour is dropped, silently.
+        if (mainWindowController) mainWindowController->inspect(color);
+        return;
+    }
     if (source != PickerSource::standard) {
         Sound::playColor();
-        // The colour panel, the contrast checker and the inspector take it once their windows exist.
+        // The colour panel and the contrast checker take it once their windows exist.
         SHERLOG("No window takes a pick for this source yet; the colour is dropped", SherlogLevel::debug);
         return;
     }
@@ -88,6 +95,7 @@ void AppDelegate::pickerDidPick(const ColorValue& color, PickerSource source) {
     // record, so that no uuid is held twice in the library.
     if (insertAtHead(*user->history, picked->copy())) user->history->trigger(true, true, true, true);
 
+    if (mainWindowController) mainWindowController->showNotice("Color Created");
     // Written a second time by the central path, with the same text.
     copyColor(picked, true, ColorDeliveryTarget::clipboard);
     Settings::shared().setColorSort(PaletteColorSort::none);

@@ -34,16 +34,12 @@ void AppDelegate::hotKeyDidPress(HotKeyIdentifier identifier) {
     };
     switch (identifier) {
         case HotKeyIdentifier::unknown: break;
-        case HotKeyIdentifier::quitApp:
-            if (desktop_.application) desktop_.application->quit();
-            break;
+        case HotKeyIdentifier::quitApp: quit(); break;
         case HotKeyIdentifier::openPicker: openPicker(PickerSource::standard); break;
-        case HotKeyIdentifier::openColorPanel:
-        case HotKeyIdentifier::openContrastChecker:
-        case HotKeyIdentifier::openStatusMenu:
-        case HotKeyIdentifier::openMainMenu:
-            SHERLOG("The window for " + text(identifier) + " is not built yet", SherlogLevel::info);
-            break;
+        case HotKeyIdentifier::openColorPanel: openColorPanel(); break;
+        case HotKeyIdentifier::openContrastChecker: openContrastWindow(); break;
+        case HotKeyIdentifier::openStatusMenu: openMenuWindow(); break;
+        case HotKeyIdentifier::openMainMenu: openMainWindow(); break;
         case HotKeyIdentifier::getPrimaryColor:
         case HotKeyIdentifier::getSecondaryColor:
             SHERLOG("No design application bridge answers " + text(identifier), SherlogLevel::info);

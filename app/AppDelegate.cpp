@@ -77,7 +77,7 @@ AppDelegate::AppDelegate(Desktop desktop) : desktop_(desktop) {
                                                       desktop_.workspace, desktop_.popUpMenu, desktop_.keySimulator});
     Sound::setPlayer(desktop_.sound);
     CMD::setKeySimulator(desktop_.keySimulator);
-    if (desktop_.statusItem) desktop_.statusItem->onActivated = [this] { openPicker(PickerSource::standard); };
+    if (desktop_.statusItem) desktop_.statusItem->onActivated = [this] { statusItemDidPress(); };
 }
 
 AppDelegate::~AppDelegate() {
@@ -118,6 +118,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     ColorList::shared();
 
     registerShortcuts();
+    createWindowControllers();
     addObservers();
 
     User::shared()->fixUUIDS();
@@ -166,6 +167,11 @@ void AppDelegate::buildStatusMenu() {
     if (!desktop_.statusItem) return;
     std::vector<StatusMenuItem> items;
     items.push_back({"Pick Colour", [this] { openPicker(PickerSource::standard); }});
+    if (menuWindowController) items.push_back({"Show Menu Window", [this] { openMenuWindow(); }});
+    if (mainWindowController) items.push_back({"Open Library", [this] { openMainWindow(); }});
+    if (contrastWindowController) items.push_back({"Contrast Checker", [this] { openContrastWindow(); }});
+    if (colorPanelWindowController) items.push_back({"Colour Panel", [this] { openColorPanel(); }});
+    if (preferencesWindowController) items.push_back({"Preferences", [this] { openPreferences(); }});
     // The recent history until the menu window exists: a click copies the colour again.
     const auto& history = User::shared()->history->colors;
     if (!history.empty()) items.push_back({});
@@ -175,9 +181,7 @@ void AppDelegate::buildStatusMenu() {
                          [this, color] { copyColor(color, true, ColorDeliveryTarget::clipboard); }, color->colorValue()});
     }
     items.push_back({});
-    items.push_back({"Quit Kro", [this] {
-                         if (desktop_.application) desktop_.application->quit();
-                     }});
+    items.push_back({"Quit Kro", [this] { quit(); }});
     desktop_.statusItem->setMenu(std::move(items));
 }
 
@@ -314,8 +318,9 @@ void AppDelegate::handleURL(const std::string& url) {
         if (!foreground || !background) return;
         SHERLOG("Contrast command: the contrast window is not built yet", SherlogLevel::info);
     } else if (command == "settings" && (count == 1 || count == 2)) {
-        if (count == 2 && !preferencesPane(components[1])) return;
-        SHERLOG("Settings command: the preferences window is not built yet", SherlogLevel::info);
+        const auto pane = count == 2 ? preferencesPane(components[1]) : std::nullopt;
+        if (count == 2 && !pane) return;
+        openPreferences(pane);
     } else if (command == "color" && count == 4) {
         createColor(components);
     } else if (command == "palette" && count == 4) {

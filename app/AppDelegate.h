@@ -61,6 +61,16 @@ public:
 
     // The one way into the picker: refused while the licence state is not valid.
     void openPicker(PickerSource source);
+    // The window actions (AppDelegate+Windows.cpp): each refused while the licence state is not valid, each
+    // logging when this build has no such window.
+    void openMainWindow();
+    void openMenuWindow();
+    void openContrastWindow();
+    void openColorPanel();
+    void openPreferences(const std::optional<PreferencesPane>& pane = std::nullopt);
+    // A left click on the tray icon: the menu window opens, or closes when it is open; without one, the picker.
+    void statusItemDidPress();
+    void quit();
     // Picked-colour delivery (AppDelegate+Delivery.cpp).
     void pickerDidPick(const ColorValue& color, PickerSource source) override;
     void pickerDidSend(const ColorValue& color, PickerPlugin destination) override;
@@ -85,10 +95,21 @@ public:
     std::unique_ptr<Timer> autoImportTimer;
     std::optional<std::string> autoImportLast;
 
+    // Created at launch, in this order, and never replaced; null where this build has no such window.
+    std::unique_ptr<WindowController> menuWindowController;
+    std::unique_ptr<WindowController> mainWindowController;
+    std::unique_ptr<WindowController> preferencesWindowController;
+    std::unique_ptr<WindowController> contrastWindowController;
+    std::unique_ptr<WindowController> colorPanelWindowController;
+    std::unique_ptr<WindowController> onboardingWindowController;
+
     // How many cloud fetches the network handler asked for (the fetch itself arrives with sync).
     int cloudFetchRequests = 0;
 
 private:
+    void createWindowControllers();
+    // Shows `window` behind the licence gate; false (and a log line) when there is none.
+    bool showWindow(WindowController* window, const char* what);
     void addObservers();
     void buildStatusMenu();
     void createColor(const std::vector<std::string>& components);

@@ -2,42 +2,13 @@
 // stamp, undo state, save to a real folder, notification), with the library holding N colours.
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 
+#include "BenchEnvironment.h"
 #include "library/User.h"
 #include "library/UserUndo.h"
-#include "platform/Environment.h"
-#include "platform/linux/PosixFiles.h"
-#include "platform/testing/ManualQueues.h"
-#include "platform/testing/MemoryDefaults.h"
 
 namespace {
-
-struct BenchEnvironment {
-    kro::testing::ManualClock clock;
-    kro::testing::ManualQueue queue{clock};
-    kro::PosixFiles files;
-    kro::testing::MemoryDefaults defaults;
-    kro::NotificationCenter notifications;
-    std::string root;
-
-    BenchEnvironment() {
-        char folder[] = "/tmp/kro-bench-XXXXXX";
-        root = mkdtemp(folder);
-        kro::Environment environment;
-        environment.clock = &clock;
-        environment.mainQueue = &queue;
-        environment.backgroundQueue = &queue;
-        environment.files = &files;
-        environment.defaults = &defaults;
-        environment.notifications = &notifications;
-        environment.paths = kro::Paths::underRoot(root);
-        kro::installEnvironment(environment);
-    }
-    ~BenchEnvironment() { std::filesystem::remove_all(root); }
-};
 
 kro::ColorRef colorNumber(long n) {
     const double r = static_cast<double>(n % 256) / 255.0;

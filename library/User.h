@@ -88,6 +88,21 @@ public:
     bool ungroup(const PaletteRef& palette);
     bool cleanHistory();
     void toggleLock(const PaletteRef& palette);
+    // A new name for a palette or for one of its colours (its originalName stays). An empty name, or a
+    // locked palette, refuses.
+    bool renamePalette(const PaletteRef& palette, const std::string& name);
+    bool renameColor(const PaletteRef& palette, const ColorRef& color, const std::string& name);
+    // Moves the given colours of `from` (found by uuid, kept in their order) to position `index` of `to`,
+    // an index into `to` as it stands before the move. Within one palette this reorders. Between two, a
+    // colour whose hex `to` already holds stays where it is, so nothing is lost. Either palette locked refuses.
+    bool moveColors(const PaletteRef& from, const std::vector<ColorRef>& colors, const PaletteRef& to, size_t index);
+    // The same, leaving `from` as it is: `to` takes copies with identities of their own.
+    bool copyColors(const std::vector<ColorRef>& colors, const PaletteRef& to, size_t index);
+    // Puts a palette at `index` of the palette list (the history keeps its place above them).
+    bool movePalette(const PaletteRef& palette, size_t index);
+    // Makes `palette` the one that receives new colours. Saved and announced, but not an undo step:
+    // choosing where picks go is not an edit of the library.
+    void selectTarget(const PaletteRef& palette);
     // Gives a new uuid to each palette and colour whose uuid was already seen (the history's first).
     // Runs the pipeline once when something changed.
     bool fixUUIDS();

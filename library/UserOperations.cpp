@@ -181,6 +181,82 @@ void User::toggleLock(const PaletteRef& palette) {
     trigger(true, true, true, true);
 }
 
+bool User::renamePalette(const PaletteRef& palette, const std::string& name) {
+    if (palette->lock || name.empty() || palette->name == name) return false;
+    palette->name = name;
+    stamp(*palette);
+    trigger(true, true, true, true);
+    return true;
+}
+
+bool User::renameColor(const PaletteRef& palette, const ColorRef& color, const std::string& name) {
+    if (palette->lock || name.empty() || color->name == name || !holdsUUID(palette->colors, color->uuid)) return false;
+    color->name = name;
+    stamp(*color);
+    stamp(*palette);
+    trigger(true, true, true, true);
+    return true;
+}
+
+bool User::moveColors(const PaletteRef& from, const std::vector<ColorRef>& colors, const PaletteRef& to, size_t index) {
+    if (from->lock || to->lock) return false;
+    const bool samePalette = from == to;
+    std::vector<ColorRef> moving;
+    size_t removedBeforeIndex = 0;
+    for (size_t at = 0; at < from->colors.size(); ++at) {
+        const auto& color = from->colors[at];
+        if (!holdsUUID(colors, color->uuid)) continue;
+        if (!samePalette && to->containsHex(color->hex)) continue;
+        moving.push_back(color);
+        if (samePalette && at < index) ++removedBeforeIndex;
+    }
+    if (moving.empty()) return false;
+    const auto before = samePalette ? from->colors : std::vector<ColorRef>{};
+    std::erase_if(from->colors, [&](const ColorRef& color) { return holdsUUID(moving, color->uuid); });
+    index = std::min(index - removedBeforeIndex, to->colors.size());
+    to->colors.insert(to->colors.begin() + static_cast<long>(index), moving.begin(), moving.end());
+    if (samePalette && sameColors(before, to->colors)) return false;
+    stamp(*from);
+    stamp(*to);
+    trigger(true, true, true, true);
+    return true;
+}
+
+bool User::copyColors(const std::vector<ColorRef>& colors, const PaletteRef& to, size_t index) {
+    if (to->lock) return false;
+    std::vector<ColorRef> copies;
+    for (const auto& color : colors) {
+        const bool held = to->containsHex(color->hex) ||
+                          std::any_of(copies.begin(), copies.end(), [&](const ColorRef& c) { return c->hex == color->hex; });
+        if (!held) copies.push_back(color->copy());
+    }
+    if (copies.empty()) return false;
+    index = std::min(index, to->colors.size());
+    to->colors.insert(to->colors.begin() + static_cast<long>(index), copies.begin(), copies.end());
+    stamp(*to);
+    trigger(true, true, true, true);
+    return true;
+}
+
+bool User::movePalette(const PaletteRef& palette, size_t index) {
+    const auto at = std::find(palettes.begin(), palettes.end(), palette);
+    if (at == palettes.end()) return false;
+    const auto from = static_cast<size_t>(at - palettes.begin());
+    index = std::min(index, palettes.size());
+    // An index past the palette's own place counts in the list that still holds it.
+    const auto to = index > from ? index - 1 : index;
+    if (to == from) return false;
+    palettes.erase(at);
+    palettes.insert(palettes.begin() + static_cast<long>(to), palette);
+    trigger(true, true, true, true);
+    return true;
+}
+
+void User::selectTarget(const PaletteRef& palette) {
+    paletteUUID = palette->uuid;
+    trigger(false, true, true, true);
+}
+
 bool User::fixUUIDS() {
     std::set<std::string> seen = {history->uuid};
     bool changed = false;

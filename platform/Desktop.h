@@ -14,6 +14,7 @@
 #include "platform/PopUpMenu.h"
 #include "platform/ScreenCapture.h"
 #include "platform/Sound.h"
+#include "platform/WindowControllers.h"
 #include "platform/Workspace.h"
 
 namespace kro {
@@ -100,6 +101,8 @@ struct Desktop {
     KeySimulator* keySimulator = nullptr;
     SoundPlayer* sound = nullptr;
     Workspace* workspace = nullptr;
+    // The windows; without it the agent is the tray icon and the picker alone.
+    WindowFactory* windows = nullptr;
 };
 
 }  // namespace kro

@@ -1,4 +1,5 @@
 #pragma once
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,34 @@ struct FakeNetworkMonitor final : NetworkMonitor {
 struct FakeAppearance final : Appearance {
     void apply(std::optional<bool> dark) override { applied.push_back(dark); }
     std::vector<std::optional<bool>> applied;
+};
+
+// A window that records what it was asked to do.
+struct FakeWindow final : WindowController {
+    void show() override { visible = true; ++shown; }
+    void hide() override { visible = false; }
+    void close() override { visible = false; }
+    bool isVisible() const override { return visible; }
+    void inspect(const ColorValue& color) override { inspected.push_back(color); }
+    void showNotice(const std::string& text) override { notices.push_back(text); }
+    bool visible = false;
+    int shown = 0;
+    std::vector<ColorValue> inspected;
+    std::vector<std::string> notices;
+};
+
+// Makes fake windows of the given kinds and keeps a pointer to each for the test to read.
+struct FakeWindowFactory final : WindowFactory {
+    std::unique_ptr<WindowController> makeWindow(WindowKind kind) override {
+        order.push_back(kind);
+        if (kind != WindowKind::menu && kind != WindowKind::main) return nullptr;
+        auto window = std::make_unique<FakeWindow>();
+        (kind == WindowKind::menu ? menu : main) = window.get();
+        return window;
+    }
+    std::vector<WindowKind> order;
+    FakeWindow* menu = nullptr;
+    FakeWindow* main = nullptr;
 };
 
 // Every desktop service as a fake, and the Desktop that points at them.

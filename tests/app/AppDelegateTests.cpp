@@ -111,3 +111,53 @@ TEST_F(AppDelegateTest, ThemeFollowsThePreference) {
     EXPECT_EQ(fake.appearance.applied[fake.appearance.applied.size() - 2], std::optional<bool>(true));
     EXPECT_EQ(fake.appearance.applied.back(), std::nullopt);
 }
+
+TEST(AppDelegateWindows, LaunchCreatesTheControllersInOrderAndTheActionsShortcutsAndTrayOpenThem) {
+    TestEnvironment environment;
+    Preferences::resetSharedForTesting();
+    User::resetShared();
+    FakeDesktop fake;
+    FakeWindowFactory windows;
+    auto desktop = fake.desktop();
+    desktop.windows = &windows;
+    AppDelegate delegate(desktop);
+    delegate.applicationDidFinishLaunching();
+    environment.queue.runDue();
+
+    EXPECT_EQ(windows.order, (std::vector<WindowKind>{WindowKind::menu, WindowKind::main, WindowKind::preferences,
+                                                       WindowKind::contrast, WindowKind::colorPanel,
+                                                       WindowKind::onboarding}));
+    ASSERT_TRUE(windows.menu && windows.main);
+
+    // The tray menu gains the windows this build has, between Pick Colour and Quit.
+    std::vector<std::string> titles;
+    for (const auto& item : fake.statusItem.menu) titles.push_back(item.title);
+    EXPECT_EQ(std::vector<std::string>(titles.begin(), titles.begin() + 3),
+              (std::vector<std::string>{"Pick Colour", "Show Menu Window", "Open Library"}));
+    fake.statusItem.menu[2].action();
+    EXPECT_EQ(windows.main->shown, 1);
+
+    // A left click toggles the menu window; its shortcut opens it, the library's shortcut the library.
+    fake.statusItem.onActivated();
+    EXPECT_TRUE(windows.menu->visible);
+    fake.statusItem.onActivated();
+    EXPECT_FALSE(windows.menu->visible);
+    delegate.hotKeyDidPress(HotKeyIdentifier::openStatusMenu);
+    delegate.hotKeyDidPress(HotKeyIdentifier::openMainMenu);
+    EXPECT_TRUE(windows.menu->visible);
+    EXPECT_EQ(windows.main->shown, 2);
+
+    // Without a valid licence state no window opens.
+    delegate.appState = AppState::invalid;
+    delegate.openMainWindow();
+    EXPECT_EQ(windows.main->shown, 2);
+    delegate.appState = AppState::valid;
+
+    // A pick for the inspector goes to the library window and nowhere else; a standard pick says so there.
+    const auto orange = ColorValue::rgb(1, 0.5, 0);
+    delegate.pickerDidPick(orange, PickerSource::inspector);
+    ASSERT_EQ(windows.main->inspected.size(), 1u);
+    EXPECT_TRUE(User::shared()->history->colors.empty());
+    delegate.pickerDidPick(orange, PickerSource::standard);
+    EXPECT_EQ(windows.main->notices, (std::vector<std::string>{"Color Created"}));
+}

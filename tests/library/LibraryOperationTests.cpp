@@ -156,5 +156,89 @@ TEST_F(LibraryOperations, RepairingIdentitiesSplitsSharedUUIDsOnce) {
     EXPECT_TRUE(posted().empty());
 }
 
+TEST_F(LibraryOperations, RenamesKeepTheOriginalNameAndALockRefusesThem) {
+    auto palette = user().palettes[0];
+    auto color = palette->colors[2];
+    ASSERT_TRUE(user().renamePalette(palette, "Brand"));
+    ASSERT_TRUE(user().renameColor(palette, color, "Sky"));
+    EXPECT_EQ(palette->name, "Brand");
+    EXPECT_EQ(palette->originalName, "Your First Palette!");
+    EXPECT_EQ(color->name, "Sky");
+    EXPECT_EQ(color->originalName, "Maya Blue");
+    EXPECT_TRUE(color->updatedAt);
+    EXPECT_NE(environment.files.files.at(v5Path()).find("\"Sky\""), std::string::npos);
+    EXPECT_EQ(postedCount("UserUpdated"), 2u);
+
+    // An empty name, a colour of another palette, the same name, a locked palette: nothing changes.
+    environment.notifications.clearPostedNames();
+    EXPECT_FALSE(user().renameColor(palette, color, ""));
+    EXPECT_FALSE(user().renameColor(user().history, color, "Elsewhere"));
+    EXPECT_FALSE(user().renamePalette(palette, "Brand"));
+    palette->lock = true;
+    EXPECT_FALSE(user().renamePalette(palette, "Locked"));
+    EXPECT_FALSE(user().renameColor(palette, color, "Locked"));
+    EXPECT_TRUE(posted().empty());
+}
+
+TEST_F(LibraryOperations, MovingColoursReordersWithinAPaletteAndCarriesThemBetweenPalettes) {
+    auto first = user().palettes[0];  // Inch Worm, Eucalyptus, Maya Blue, Majorelle Blue, Pale Magenta
+    auto names = [](const Palette& palette) {
+        std::vector<std::string> result;
+        for (const auto& color : palette.colors) result.push_back(*color->name);
+        return result;
+    };
+    // Two colours dropped before the last: the index counts in the list as it stood.
+    ASSERT_TRUE(user().moveColors(first, {first->colors[0], first->colors[2]}, first, 4));
+    EXPECT_EQ(names(*first), (std::vector<std::string>{"Eucalyptus", "Majorelle Blue", "Inch Worm", "Maya Blue",
+                                                        "Pale Magenta"}));
+    // Dropped where they already are: no change and no save.
+    const int writes = environment.files.writeCount;
+    EXPECT_FALSE(user().moveColors(first, {first->colors[0]}, first, 0));
+    EXPECT_EQ(environment.files.writeCount, writes);
+
+    // To another palette, which already holds one of the hexes: that colour stays behind.
+    auto second = Palette::make({Color::make(0.4, 0.22, 0.94, 1.0, "Same as Majorelle")});
+    user().addPalette(second);
+    ASSERT_TRUE(user().moveColors(first, {first->colors[0], first->colors[1]}, second, 1));
+    EXPECT_EQ(names(*second), (std::vector<std::string>{"Same as Majorelle", "Eucalyptus"}));
+    EXPECT_EQ(names(*first), (std::vector<std::string>{"Majorelle Blue", "Inch Worm", "Maya Blue", "Pale Magenta"}));
+
+    // A copy leaves the source whole and gives the copies their own identities.
+    ASSERT_TRUE(user().copyColors({first->colors[1]}, second, 0));
+    EXPECT_EQ(names(*second).front(), "Inch Worm");
+    EXPECT_NE(second->colors[0]->uuid, first->colors[1]->uuid);
+    EXPECT_EQ(first->colors.size(), 4u);
+
+    // A lock on either side refuses.
+    second->lock = true;
+    environment.notifications.clearPostedNames();
+    EXPECT_FALSE(user().moveColors(first, {first->colors[2]}, second, 0));
+    EXPECT_FALSE(user().moveColors(second, {second->colors[0]}, first, 0));
+    EXPECT_FALSE(user().copyColors({first->colors[2]}, second, 0));
+    EXPECT_TRUE(posted().empty());
+}
+
+TEST_F(LibraryOperations, PalettesMoveAndTheTargetIsChosenWithoutAnUndoStep) {
+    auto a = user().palettes[0];
+    auto b = Palette::make({});
+    auto c = Palette::make({});
+    user().addPalette(b);
+    user().addPalette(c);
+    ASSERT_TRUE(user().movePalette(c, 0));
+    EXPECT_EQ(user().palettes, (std::vector<PaletteRef>{c, a, b}));
+    ASSERT_TRUE(user().movePalette(c, 3));
+    EXPECT_EQ(user().palettes, (std::vector<PaletteRef>{a, b, c}));
+    EXPECT_FALSE(user().movePalette(b, 2));
+    EXPECT_FALSE(user().movePalette(user().history, 0));
+
+    environment.queue.advance(Seconds(1));
+    const auto states = UserUndo::shared().engine().count();
+    user().selectTarget(b);
+    environment.queue.advance(Seconds(1));
+    EXPECT_EQ(user().target(), b);
+    EXPECT_NE(environment.files.files.at(v5Path()).find(b->uuid), std::string::npos);
+    EXPECT_EQ(UserUndo::shared().engine().count(), states);
+}
+
 }  // namespace
 }  // namespace kro::testing
