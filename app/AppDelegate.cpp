@@ -125,12 +125,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     ColorFormats::shared().fixUUIDS();
     applyTheme();
 
-    if (Preferences::needsOnboardingDisplay()) {
-        // The first-run tour arrives with the windows; until then the flag stays for it.
-        SHERLOG("Onboarding is due; it is shown once the windows exist", SherlogLevel::debug);
-    } else {
-        env().mainQueue->post([this] { showStatusTooltip("Kro is ready to use!", kTooltipSeconds); }, Seconds(3));
-    }
+    showOnboardingWhenDue();
 
     if (desktop_.networkMonitor) {
         desktop_.networkMonitor->start([this](NetworkStatus status) { networkPathDidChange(status); });
@@ -198,16 +193,6 @@ void AppDelegate::applyTheme() {
         case AppTheme::dark: desktop_.appearance->apply(true); break;
         case AppTheme::automatic: desktop_.appearance->apply(std::nullopt); break;
     }
-}
-
-void AppDelegate::applyDockState() {
-    env().mainQueue->post([] {
-        // The colour dock arrives with the workspace windows; its state is read here all the same.
-        if (!Preferences::shared().dockVisible()) return;
-        const auto& dock = DockData::shared();
-        SHERLOG("Dock at " + text(dock.position()) + " on screen " + std::to_string(dock.screenIndex().value_or(0)),
-                SherlogLevel::debug);
-    });
 }
 
 void AppDelegate::restartAutoImportTimer() {
@@ -316,7 +301,7 @@ void AppDelegate::handleURL(const std::string& url) {
         auto foreground = colorFromURLComponent(components[1], pair[0]);
         auto background = colorFromURLComponent(components[1], pair[1]);
         if (!foreground || !background) return;
-        SHERLOG("Contrast command: the contrast window is not built yet", SherlogLevel::info);
+        openContrastWindow(*foreground, *background);
     } else if (command == "settings" && (count == 1 || count == 2)) {
         const auto pane = count == 2 ? preferencesPane(components[1]) : std::nullopt;
         if (count == 2 && !pane) return;
