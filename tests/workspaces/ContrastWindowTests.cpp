@@ -45,6 +45,7 @@ TEST_F(ContrastWindowTest, ShowsTheRatioAndTheLevelsItReaches) {
         checker.setColors(hex(pair.foreground), hex(pair.background));
         EXPECT_EQ(checker.ratioText().toStdString(), pair.ratio);
         EXPECT_EQ(checker.levelText().toStdString(), pair.level);
+        EXPECT_TRUE(checker.windowTitle().startsWith(QString(pair.ratio) + " " + pair.level)) << checker.windowTitle().toStdString();
         EXPECT_EQ(checker.levelCell(0, 0).toStdString(), pair.normalAA);
         EXPECT_EQ(checker.levelCell(1, 0).toStdString(), pair.largeAA);
         EXPECT_EQ(checker.levelCell(0, 1).toStdString(), pair.normalAAA);

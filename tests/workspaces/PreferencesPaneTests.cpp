@@ -116,6 +116,7 @@ TEST_F(PreferencesPaneTest, TheWindowOpensThePaneTheSettingsCommandNames) {
     ASSERT_TRUE(formats);
     window.showPane(formats->number);
     EXPECT_EQ(window.paneNumber(), formats->number);
+    EXPECT_EQ(window.windowTitle(), "Formats — Kro Preferences");
     EXPECT_TRUE(window.pane(formats->number)->isAncestorOf(window.formats()));
     window.showPane(42);
     EXPECT_EQ(window.paneNumber(), formats->number) << "an unknown pane leaves the window where it was";

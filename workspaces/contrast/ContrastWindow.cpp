@@ -214,6 +214,8 @@ void ContrastWindow::refresh() {
     const auto level = WCAG::level(ratio);
     ratio_->setText(QString::fromStdString(WCAG::ratioText(ratio)));
     level_->setText(QString::fromStdString(label(level)));
+    // The score in the title too, so a window list or a screen reader gives it without opening the window.
+    setWindowTitle(ratio_->text() + " " + level_->text() + " — Kro Contrast Checker");
     explanation_->setText(QString::fromStdString(explanation(level)));
     for (int row = 0; row < 2; ++row) {
         for (int column = 0; column < 2; ++column) {

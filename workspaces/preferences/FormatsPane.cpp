@@ -97,7 +97,11 @@ FormatsPane::FormatsPane(QWidget* parent)
     connect(up_, &QPushButton::clicked, this, [this] { moveFormat(-1); });
     connect(down_, &QPushButton::clicked, this, [this] { moveFormat(+1); });
     delete_->setText("−");
-    for (auto* made : {add, delete_, duplicate_, up_, down_}) edits->addWidget(made);
+    // The row shares the column's width, so the list keeps room for the templates beside it.
+    for (auto* made : {add, delete_, duplicate_, up_, down_}) {
+        made->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        edits->addWidget(made, made == duplicate_ ? 3 : 1);
+    }
     left->addLayout(edits);
     sort_->addItems({"Sort by date added", "Sort by date, newest first", "Sort by name", "Sort by name, Z to A"});
     sort_->setAccessibleName("Sort the formats");
@@ -110,7 +114,11 @@ FormatsPane::FormatsPane(QWidget* parent)
     left->addWidget(sort_);
     connect(use_, &QPushButton::clicked, this, [this] { useFormat(); });
     left->addWidget(use_);
-    layout->addLayout(left);
+    auto* column = new QWidget(this);
+    column->setLayout(left);
+    left->setContentsMargins(0, 0, 0, 0);
+    column->setMaximumWidth(fontMetrics().averageCharWidth() * 36);
+    layout->addWidget(column);
 
     // The format in hand.
     auto* form = new QFormLayout();

@@ -66,7 +66,11 @@ PreferencesWindow::PreferencesWindow(AppDelegate* delegate, QWidget* parent)
     sidebar_->setAccessibleName("Preference panes");
     sidebar_->setFixedWidth(sidebar_->fontMetrics().horizontalAdvance("Appearance") + 56);
     for (const auto& entry : kPanes) sidebar_->addItem(entry.title);
-    connect(sidebar_, &QListWidget::currentRowChanged, stack_, &QStackedWidget::setCurrentIndex);
+    // The title names the pane, as desktop settings windows do.
+    connect(sidebar_, &QListWidget::currentRowChanged, this, [this](int row) {
+        stack_->setCurrentIndex(row);
+        if (row >= 0) setWindowTitle(QString(kPanes[row].title) + " — Kro Preferences");
+    });
     side->addWidget(sidebar_, 1);
     auto* reset = new QPushButton("Reset All…", this);
     reset->setAccessibleName("Reset every preference to its default");
