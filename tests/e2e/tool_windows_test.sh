@@ -19,11 +19,15 @@ shot() {
     python3 "$(dirname "$0")/screenshot.py" "$KRO_E2E_SHOTS/$1-${KRO_E2E_THEME:-light}-x${QT_SCALE_FACTOR:-1}.png" "$(visible "$2")"
 }
 
-# The dock shown, the theme chosen, as a person's earlier session left them.
+# The dock shown, the theme chosen, as a person's earlier session left them (each value is its JSON text,
+# base64-encoded, as the agent stores it).
 mkdir -p "$XDG_CONFIG_HOME/kroapp.Kro"
-cat >"$XDG_CONFIG_HOME/kroapp.Kro/defaults.json" <<JSON
-{"UserDefaults.Kro.DockVisible": true, "UserDefaults.Kro.AppTheme": "${KRO_E2E_THEME:-light}"}
-JSON
+python3 - "$XDG_CONFIG_HOME/kroapp.Kro/defaults.json" "${KRO_E2E_THEME:-light}" <<'PY'
+import base64, json, sys
+encode = lambda value: base64.b64encode(json.dumps(value).encode()).decode()
+json.dump({"UserDefaults.Kro.DockVisible": encode(True), "UserDefaults.Kro.AppTheme": encode(sys.argv[2])},
+          open(sys.argv[1], "w"))
+PY
 
 start_agent
 
