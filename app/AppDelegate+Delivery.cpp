@@ -78,8 +78,13 @@ void AppDelegate::pickerDidPick(const ColorValue& color, PickerSource source) {
     }
     if (source != PickerSource::standard) {
         Sound::playColor();
-        // The colour panel and the contrast checker take it once their windows exist.
-        SHERLOG("No window takes a pick for this source yet; the colour is dropped", SherlogLevel::debug);
+        // The colour panel takes its colour, the contrast checker one of its two; without the window the
+        // colour is dropped.
+        if (source == PickerSource::colorpanel) {
+            if (colorPanelWindowController) colorPanelWindowController->takeColor(color, 0);
+        } else if (contrastWindowController) {
+            contrastWindowController->takeColor(color, source == PickerSource::contrastForeground ? 0 : 1);
+        }
         return;
     }
     Sound::playColor();
@@ -123,6 +128,11 @@ void AppDelegate::pickerDidPick(const std::vector<ColorValue>& colors) {
     }
     const auto mouse = desktop_.pointer ? desktop_.pointer->location() : ScreenPoint{};
     desktop_.popUpMenu->popUp(std::move(items), {mouse.x, mouse.y + 10}, {});
+}
+
+void AppDelegate::pickerDidPickContrast(const ColorValue& foreground, const ColorValue& background) {
+    if (!contrastWindowController) return PickerDelegate::pickerDidPickContrast(foreground, background);
+    openContrastWindow(foreground, background);
 }
 
 void AppDelegate::menuItemDidPress(const PaletteRef& palette, const std::vector<ColorValue>& colors) {

@@ -37,7 +37,7 @@ void AppDelegate::hotKeyDidPress(HotKeyIdentifier identifier) {
         case HotKeyIdentifier::quitApp: quit(); break;
         case HotKeyIdentifier::openPicker: openPicker(PickerSource::standard); break;
         case HotKeyIdentifier::openColorPanel: openColorPanel(); break;
-        case HotKeyIdentifier::openContrastChecker: openContrastWindow(); break;
+        case HotKeyIdentifier::openContrastChecker: openContrastWindowWithRandomColors(); break;
         case HotKeyIdentifier::openStatusMenu: openMenuWindow(); break;
         case HotKeyIdentifier::openMainMenu: openMainWindow(); break;
         case HotKeyIdentifier::getPrimaryColor:

@@ -1,6 +1,12 @@
-// The window controllers: created once at launch, opened by the window actions, the shortcuts and the tray.
+// The window controllers: created once at launch, opened by the window actions, the shortcuts, the tray and
+// the URL commands; the colour dock, shown and hidden by the dock state.
+#include <random>
+
 #include "app/AppDelegate.h"
+#include "library/DockData.h"
+#include "library/Preferences.h"
 #include "library/Sherlog.h"
+#include "platform/Environment.h"
 
 namespace kro {
 
@@ -13,6 +19,7 @@ void AppDelegate::createWindowControllers() {
     contrastWindowController = factory.makeWindow(WindowKind::contrast);
     colorPanelWindowController = factory.makeWindow(WindowKind::colorPanel);
     onboardingWindowController = factory.makeWindow(WindowKind::onboarding);
+    dockWindow = factory.makeWindow(WindowKind::dock);
 }
 
 bool AppDelegate::showWindow(WindowController* window, const char* what) {
@@ -31,12 +38,65 @@ bool AppDelegate::showWindow(WindowController* window, const char* what) {
 void AppDelegate::openMainWindow() { showWindow(mainWindowController.get(), "library window"); }
 void AppDelegate::openMenuWindow() { showWindow(menuWindowController.get(), "menu window"); }
 void AppDelegate::openContrastWindow() { showWindow(contrastWindowController.get(), "contrast checker"); }
-void AppDelegate::openColorPanel() { showWindow(colorPanelWindowController.get(), "colour panel"); }
+
+void AppDelegate::openContrastWindow(const ColorValue& foreground, const ColorValue& background) {
+    if (showWindow(contrastWindowController.get(), "contrast checker")) {
+        contrastWindowController->showColors(foreground, background);
+    }
+}
+
+void AppDelegate::openContrastWindowWithRandomColors() {
+    static std::mt19937 generator{std::random_device{}()};
+    std::uniform_int_distribution<int> byte(0, 255);
+    auto random = [&] { return ColorValue::rgb(byte(generator) / 255.0, byte(generator) / 255.0, byte(generator) / 255.0, 1); };
+    const auto foreground = random();
+    openContrastWindow(foreground, random());
+}
+
+void AppDelegate::openColorPanel() {
+    if (appState != AppState::valid || !colorPanelWindowController) {
+        showWindow(colorPanelWindowController.get(), "colour panel");
+        return;
+    }
+    // Beside the library window when that is open.
+    const bool mainOpen = mainWindowController && mainWindowController->isVisible();
+    colorPanelWindowController->showNear(mainOpen ? mainWindowController.get() : nullptr);
+}
 
 void AppDelegate::openPreferences(const std::optional<PreferencesPane>& pane) {
     if (showWindow(preferencesWindowController.get(), "preferences window") && pane) {
-        SHERLOG("Preferences at pane " + std::to_string(pane->number), SherlogLevel::debug);
+        preferencesWindowController->showPane(pane->number);
     }
+}
+
+void AppDelegate::showOnboardingWhenDue() {
+    if (!Preferences::needsOnboardingDisplay()) {
+        env().mainQueue->post([this] { showStatusTooltip("Kro is ready to use!", 2.0); }, Seconds(3));
+        return;
+    }
+    if (!onboardingWindowController) {
+        SHERLOG("Onboarding is due, and this build has no onboarding window", SherlogLevel::debug);
+        return;
+    }
+    // The tour is shown once: the flag is cleared as it opens.
+    env().mainQueue->post(
+        [this] {
+            Preferences::setNeedsOnboardingDisplay(false);
+            showWindow(onboardingWindowController.get(), "onboarding window");
+        },
+        Seconds(2));
+}
+
+void AppDelegate::applyDockState() {
+    env().mainQueue->post([this] {
+        if (!dockWindow) return;
+        if (!Preferences::shared().dockVisible()) return dockWindow->hide();
+        // The window reads its place (position, screen, dragged point) from the dock data as it shows.
+        const auto& dock = DockData::shared();
+        SHERLOG("Dock at " + text(dock.position()) + " on screen " + std::to_string(dock.screenIndex().value_or(0)),
+                SherlogLevel::debug);
+        dockWindow->show();
+    });
 }
 
 void AppDelegate::statusItemDidPress() {

@@ -132,12 +132,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     ColorFormats::shared().fixUUIDS();
     applyTheme();
 
-    if (Preferences::needsOnboardingDisplay()) {
-        // The first-run tour arrives with the windows; until then the flag stays for it.
-        SHERLOG("Onboarding is due; it is shown once the windows exist", SherlogLevel::debug);
-    } else {
-        env().mainQueue->post([this] { showStatusTooltip("Kro is ready to use!", kTooltipSeconds); }, Seconds(3));
-    }
+    showOnboardingWhenDue();
 
     if (desktop_.networkMonitor) {
         desktop_.networkMonitor->start([this](NetworkStatus status) { networkPathDidChange(status); });
@@ -217,16 +212,6 @@ void AppDelegate::applyTheme() {
         case AppTheme::dark: desktop_.appearance->apply(true); break;
         case AppTheme::automatic: desktop_.appearance->apply(std::nullopt); break;
     }
-}
-
-void AppDelegate::applyDockState() {
-    env().mainQueue->post([] {
-        // The colour dock arrives with the workspace windows; its state is read here all the same.
-        if (!Preferences::shared().dockVisible()) return;
-        const auto& dock = DockData::shared();
-        SHERLOG("Dock at " + text(dock.position()) + " on screen " + std::to_string(dock.screenIndex().value_or(0)),
-                SherlogLevel::debug);
-    });
 }
 
 void AppDelegate::restartAutoImportTimer() {
@@ -336,7 +321,7 @@ std::string AppDelegate::runURLCommand(const std::vector<std::string>& component
         auto foreground = colorFromURLComponent(components[1], pair[0]);
         auto background = colorFromURLComponent(components[1], pair[1]);
         if (!foreground || !background) return "a colour does not read";
-        SHERLOG("Contrast command: the contrast window is not built yet", SherlogLevel::info);
+        openContrastWindow(*foreground, *background);
     } else if (command == "settings") {
         const auto pane = components.size() == 2 ? preferencesPane(components[1]) : std::nullopt;
         if (components.size() == 2 && !pane) return "unknown settings pane";

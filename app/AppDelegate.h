@@ -68,8 +68,16 @@ public:
     void openMainWindow();
     void openMenuWindow();
     void openContrastWindow();
+    // The contrast checker with this pair (the "contrast" URL command, the loupe's contrast mode).
+    void openContrastWindow(const ColorValue& foreground, const ColorValue& background);
+    // The contrast checker's shortcut: two random colours.
+    void openContrastWindowWithRandomColors();
     void openColorPanel();
     void openPreferences(const std::optional<PreferencesPane>& pane = std::nullopt);
+    // The preferences window's "Reset All" (AppDelegate+Preferences.cpp).
+    void resetAllPreferences();
+    // The windows on screen, for choosing an application in the preferences; null without a display.
+    Workspace* workspace() const { return desktop_.workspace; }
     // A left click on the tray icon: the menu window opens, or closes when it is open; without one, the picker.
     void statusItemDidPress();
     void quit();
@@ -78,6 +86,8 @@ public:
     void pickerDidSend(const ColorValue& color, PickerPlugin destination) override;
     // Pops up the menu that puts the colours of a multiple or contrast session in a new or existing palette.
     void pickerDidPick(const std::vector<ColorValue>& colors) override;
+    // The loupe's contrast mode ended with its pair: the contrast checker takes it.
+    void pickerDidPickContrast(const ColorValue& foreground, const ColorValue& background) override;
     void pickerNeedsAccessibility() override;
     // A choice of that menu: `palette` null means a new palette.
     void menuItemDidPress(const PaletteRef& palette, const std::vector<ColorValue>& colors);
@@ -104,12 +114,16 @@ public:
     std::unique_ptr<WindowController> contrastWindowController;
     std::unique_ptr<WindowController> colorPanelWindowController;
     std::unique_ptr<WindowController> onboardingWindowController;
+    // The floating strip of palette swatches, shown and hidden by the dock state.
+    std::unique_ptr<WindowController> dockWindow;
 
     // How many cloud fetches the network handler asked for (the fetch itself arrives with sync).
     int cloudFetchRequests = 0;
 
 private:
     void createWindowControllers();
+    // Launch step 19: the first-run tour when its flag says so, else "Kro is ready to use!".
+    void showOnboardingWhenDue();
     // Shows `window` behind the licence gate; false (and a log line) when there is none.
     bool showWindow(WindowController* window, const char* what);
     void addObservers();

@@ -162,6 +162,45 @@ void ColorFormats::deleteFormats(const std::vector<ColorFormatItemRef>& items) {
     postUpdated();
 }
 
+void ColorFormats::rename(const ColorFormatItemRef& item, const std::string& wanted) {
+    if (!item || wanted.empty() || item->name == wanted) return;
+    const std::string old = item->name;
+    // The format's own name does not count against the new one.
+    item->name.clear();
+    const std::string name = uniqueName(wanted);
+    item->name = old;
+    if (selectedFormatName == old) selectedFormatName = name;
+    item->change(&ColorFormatItem::name, name);
+}
+
+void ColorFormats::move(size_t from, size_t to) {
+    if (from >= formats.size() || to >= formats.size() || from == to) return;
+    auto item = formats[from];
+    formats.erase(formats.begin() + long(from));
+    formats.insert(formats.begin() + long(to), std::move(item));
+    stamp();
+    save();
+    postUpdated();
+}
+
+void ColorFormats::sortFormats(ColorFormatSort sort) {
+    auto sorted = formats;
+    std::stable_sort(sorted.begin(), sorted.end(), [sort](const ColorFormatItemRef& a, const ColorFormatItemRef& b) {
+        switch (sort) {
+            case ColorFormatSort::dateASC: return a->createdAt < b->createdAt;
+            case ColorFormatSort::dateDESC: return a->createdAt > b->createdAt;
+            case ColorFormatSort::nameASC: return a->name < b->name;
+            case ColorFormatSort::nameDESC: return a->name > b->name;
+        }
+        return false;
+    });
+    if (sorted == formats) return;
+    formats = std::move(sorted);
+    stamp();
+    save();
+    postUpdated();
+}
+
 void ColorFormats::select(const ColorFormatItem& item) {
     selectedFormatName = item.name;
     selectedFormatImage = item.image;

@@ -9,6 +9,7 @@
 
 #include "formats/ColorFormatGroup.h"
 #include "formats/ColorFormatItem.h"
+#include "library/Settings.h"
 #include "library/Store.h"
 #include "platform/ColorValue.h"
 
@@ -51,6 +52,15 @@ public:
     // Deletes the given formats that are custom (shipped ones stay) and takes their names out of every group.
     // When the selected format goes, "CSS Hex" is selected, whether or not such a format exists.
     void deleteFormats(const std::vector<ColorFormatItemRef>& items);
+    // Renames `item` to `wanted`, made unique among the other formats; the selection follows the format.
+    // Groups name their formats, so a renamed format leaves its group. Saved and announced.
+    void rename(const ColorFormatItemRef& item, const std::string& wanted);
+    // Moves the format at `from` to stand at `to` in the list. Saved and announced; nothing when either is
+    // out of range or they are the same.
+    void move(size_t from, size_t to);
+    // Puts the formats in the order `sort` names (creation date or name; ties keep their order). Saved and
+    // announced when the order changed.
+    void sortFormats(ColorFormatSort sort);
     // Makes `item` the selected format.
     void select(const ColorFormatItem& item);
 

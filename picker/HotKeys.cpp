@@ -107,6 +107,7 @@ bool HotKeys::save() const {
 void HotKeys::registerKey(const HotKey& key) {
     const auto label = readableShortcutLabel(key.flags, key.code);
     if (!hotKeyCenter_->registerHotKey(key.flags, key.code, static_cast<int>(key.id), label)) {
+        unavailable_.insert(key.id);
         SHERLOG("The shortcut " + label + " for " + text(key.id) + " cannot be had (another program holds it); skipped",
                 SherlogLevel::error);
     }
@@ -115,6 +116,7 @@ void HotKeys::registerKey(const HotKey& key) {
 void HotKeys::registerGlobalKeys() {
     if (!hotKeyCenter_) return;
     hotKeyCenter_->unregisterAll();
+    unavailable_.clear();
     for (const auto& key : hotKeys) {
         if (key.enabled() && key.global && !key.deleted) registerKey(key);
     }
@@ -127,6 +129,50 @@ void HotKeys::registerPickerKeys() {
         const bool pickerGroup = key.group == HotKeyGroupIdentifier::picker || key.group == HotKeyGroupIdentifier::zoom_size;
         if (pickerGroup && (key.enabled() || !key.visible)) registerKey(key);
     }
+}
+
+HotKey* HotKeys::editable(HotKeyIdentifier identifier) {
+    for (auto& key : hotKeys) {
+        if (key.id == identifier) return &key;
+    }
+    return nullptr;
+}
+
+void HotKeys::changed() {
+    save();
+    env().notifications->post(Notifications::shortcutsUpdated);
+    registerGlobalKeys();
+}
+
+std::optional<HotKeyUsed> HotKeys::record(HotKeyIdentifier identifier, int flags, int code) {
+    auto* key = editable(identifier);
+    if (!key) return HotKeyUsed{"This action has no shortcut to change", readableShortcutLabel(flags, code)};
+    if (key->readonly) return HotKeyUsed{"This shortcut is part of the picker and cannot be changed", shortcutLabel(flags, code)};
+    if (auto used = usedHotKey(flags, code, identifier)) return used;
+    key->flags = flags;
+    key->code = code;
+    key->deleted = false;
+    changed();
+    return std::nullopt;
+}
+
+void HotKeys::setEnabled(HotKeyIdentifier identifier, bool enabled) {
+    auto* key = editable(identifier);
+    if (!key || key->readonly) return;
+    key->state = enabled ? HotKeyState::enabled : HotKeyState::disabled;
+    changed();
+}
+
+void HotKeys::setDeleted(HotKeyIdentifier identifier, bool deleted) {
+    auto* key = editable(identifier);
+    if (!key || key->readonly) return;
+    key->deleted = deleted;
+    changed();
+}
+
+void HotKeys::resetToShipped() {
+    hotKeys = shippedHotKeys();
+    changed();
 }
 
 const HotKey* HotKeys::hotKey(HotKeyIdentifier identifier) const {

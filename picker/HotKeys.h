@@ -4,6 +4,7 @@
 // combination is free.
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -37,20 +38,35 @@ public:
     // Active while the picker is open: the picker and zoom-and-size groups, enabled or not visible.
     void registerPickerKeys();
 
+    // The shortcuts pane's edits. Each saves, posts "ShortcutsUpdated" and registers the global set again.
+    // Records a combination for the action: refused, with the reason, when it is reserved or another action
+    // has it; a read-only action refuses every combination.
+    std::optional<HotKeyUsed> record(HotKeyIdentifier identifier, int flags, int code);
+    // Switches the action's shortcut on or off, or takes its combination away (`deleted`).
+    void setEnabled(HotKeyIdentifier identifier, bool enabled);
+    void setDeleted(HotKeyIdentifier identifier, bool deleted);
+    // The shipped table in place of the user's.
+    void resetToShipped();
+
     // Why the combination cannot be used for `identifier`, or nothing when it is free. The reserved desktop
     // shortcuts come first, then the other actions' combinations.
     std::optional<HotKeyUsed> usedHotKey(int flags, int code, HotKeyIdentifier identifier) const;
     static const std::vector<HotKeyUsed>& reservedHotKeys();
 
     const HotKey* hotKey(HotKeyIdentifier identifier) const;
+    // Whether the desktop refused the action's combination at the last registration (another program holds it).
+    bool isUnavailable(HotKeyIdentifier identifier) const { return unavailable_.count(identifier) > 0; }
 
     std::vector<HotKey> hotKeys;
 
 private:
     HotKeys() = default;
     void registerKey(const HotKey& key);
+    HotKey* editable(HotKeyIdentifier identifier);
+    void changed();
 
     HotKeyCenter* hotKeyCenter_ = nullptr;
+    std::set<HotKeyIdentifier> unavailable_;
     std::function<void(HotKeyIdentifier)> delegate_;
 };
 

@@ -344,9 +344,9 @@ void Picker::confirm(PickerConfirmTrigger trigger) {
         case PickerMode::contrast:
             if (!color) break;
             if (trigger == PickerConfirmTrigger::enter && colors.size() == 2) {
-                // Hands over the field itself, which the close has emptied by the time the completion runs.
-                close(true, [this] {
-                    if (pickerDelegate) pickerDelegate->pickerDidPick(colors);
+                // The pair is kept before the close empties the list.
+                close(true, [this, pair = colors] {
+                    if (pickerDelegate) pickerDelegate->pickerDidPickContrast(pair[0], pair[1]);
                 });
             } else if (trigger != PickerConfirmTrigger::enter && colors.size() == 2) {
                 colors.clear();

@@ -27,6 +27,11 @@ public:
     virtual void pickerDidPick(const ColorValue& color, PickerSource source) = 0;
     virtual void pickerDidSend(const ColorValue& color, PickerPlugin destination) = 0;
     virtual void pickerDidPick(const std::vector<ColorValue>& colors) = 0;
+    // A contrast session ended on Return with its two colours. A delegate without a contrast checker gets
+    // the session's list as the close leaves it: empty.
+    virtual void pickerDidPickContrast(const ColorValue& /*foreground*/, const ColorValue& /*background*/) {
+        pickerDidPick(std::vector<ColorValue>{});
+    }
     // The session needs the permission to control the keyboard and does not have it.
     virtual void pickerNeedsAccessibility() {}
 };

@@ -10,7 +10,7 @@
 namespace kro {
 
 // Every window the controller owns, in the order launch creates them.
-enum class WindowKind { menu, main, preferences, contrast, colorPanel, onboarding };
+enum class WindowKind { menu, main, preferences, contrast, colorPanel, onboarding, dock };
 
 class WindowController {
 public:
@@ -27,6 +27,15 @@ public:
     virtual void inspect(const ColorValue&) {}
     // A short inline message in the window ("Color Created").
     virtual void showNotice(const std::string&) {}
+    // The contrast checker: the pair to check, recorded as one undo step.
+    virtual void showColors(const ColorValue& /*foreground*/, const ColorValue& /*background*/) {}
+    // A colour the picker brings back to a window: the colour panel's colour, or the contrast checker's
+    // foreground (`role` 0) or background (`role` 1).
+    virtual void takeColor(const ColorValue&, int /*role*/) {}
+    // The preferences: the pane of this number, as the "settings" URL command numbers them.
+    virtual void showPane(int /*number*/) {}
+    // Shown near this window's frame when it is open (the colour panel beside the library window).
+    virtual void showNear(const WindowController* /*other*/) { show(); }
 };
 
 // Makes the window controllers. A kind this build has no window for gives nothing.

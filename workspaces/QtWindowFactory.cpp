@@ -1,7 +1,12 @@
 #include "workspaces/QtWindowFactory.h"
 
+#include "workspaces/colorpanel/ColorPanelWindow.h"
+#include "workspaces/contrast/ContrastWindow.h"
+#include "workspaces/dock/DockWindow.h"
 #include "workspaces/main/MainWindow.h"
 #include "workspaces/menu/MenuWindow.h"
+#include "workspaces/onboarding/OnboardingWindow.h"
+#include "workspaces/preferences/PreferencesWindow.h"
 
 namespace kro {
 
@@ -9,9 +14,13 @@ std::unique_ptr<WindowController> QtWindowFactory::makeWindow(WindowKind kind) {
     switch (kind) {
         case WindowKind::menu: return std::make_unique<MenuWindowController>(delegate_);
         case WindowKind::main: return std::make_unique<MainWindowController>(delegate_);
-        // The preferences, the contrast checker, the colour panel and onboarding are not built yet.
-        default: return nullptr;
+        case WindowKind::preferences: return std::make_unique<PreferencesWindowController>(delegate_);
+        case WindowKind::contrast: return std::make_unique<ContrastWindowController>(delegate_);
+        case WindowKind::colorPanel: return std::make_unique<ColorPanelWindowController>(delegate_);
+        case WindowKind::onboarding: return std::make_unique<OnboardingWindowController>(delegate_);
+        case WindowKind::dock: return std::make_unique<DockWindowController>(delegate_);
     }
+    return nullptr;
 }
 
 }  // namespace kro

@@ -49,24 +49,37 @@ struct FakeWindow final : WindowController {
     bool isVisible() const override { return visible; }
     void inspect(const ColorValue& color) override { inspected.push_back(color); }
     void showNotice(const std::string& text) override { notices.push_back(text); }
+    void showColors(const ColorValue& foreground, const ColorValue& background) override {
+        pairs.push_back({foreground, background});
+    }
+    void showPane(int number) override { panes.push_back(number); }
     bool visible = false;
     int shown = 0;
     std::vector<ColorValue> inspected;
     std::vector<std::string> notices;
+    std::vector<std::pair<ColorValue, ColorValue>> pairs;
+    std::vector<int> panes;
 };
 
 // Makes fake windows of the given kinds and keeps a pointer to each for the test to read.
 struct FakeWindowFactory final : WindowFactory {
     std::unique_ptr<WindowController> makeWindow(WindowKind kind) override {
         order.push_back(kind);
-        if (kind != WindowKind::menu && kind != WindowKind::main) return nullptr;
+        FakeWindow** kept = kind == WindowKind::menu          ? &menu
+                            : kind == WindowKind::main        ? &main
+                            : kind == WindowKind::contrast    ? &contrast
+                            : kind == WindowKind::preferences ? &preferences
+                                                              : nullptr;
+        if (!kept) return nullptr;
         auto window = std::make_unique<FakeWindow>();
-        (kind == WindowKind::menu ? menu : main) = window.get();
+        *kept = window.get();
         return window;
     }
     std::vector<WindowKind> order;
     FakeWindow* menu = nullptr;
     FakeWindow* main = nullptr;
+    FakeWindow* contrast = nullptr;
+    FakeWindow* preferences = nullptr;
 };
 
 // Every desktop service as a fake, and the Desktop that points at them.

@@ -170,7 +170,7 @@ TEST(AppDelegateWindows, LaunchCreatesTheControllersInOrderAndTheActionsShortcut
 
     EXPECT_EQ(windows.order, (std::vector<WindowKind>{WindowKind::menu, WindowKind::main, WindowKind::preferences,
                                                        WindowKind::contrast, WindowKind::colorPanel,
-                                                       WindowKind::onboarding}));
+                                                       WindowKind::onboarding, WindowKind::dock}));
     ASSERT_TRUE(windows.menu && windows.main);
 
     // The tray menu gains the windows this build has, between Pick Colour and Quit.
@@ -204,4 +204,23 @@ TEST(AppDelegateWindows, LaunchCreatesTheControllersInOrderAndTheActionsShortcut
     EXPECT_TRUE(User::shared()->history->colors.empty());
     delegate.pickerDidPick(orange, PickerSource::standard);
     EXPECT_EQ(windows.main->notices, (std::vector<std::string>{"Color Created"}));
+
+    // The "contrast" and "settings" commands open their windows at the pair and the pane; a bad one opens nothing.
+    delegate.handleURL("kro://contrast/hex/777777,FFFFFF");
+    ASSERT_EQ(windows.contrast->pairs.size(), 1u);
+    EXPECT_TRUE(windows.contrast->visible);
+    EXPECT_NEAR(windows.contrast->pairs[0].first.red(), 0x77 / 255.0, 1e-9);
+    EXPECT_NEAR(windows.contrast->pairs[0].second.blue(), 1.0, 1e-9);
+    delegate.handleURL("kro://contrast/hex/777777");
+    EXPECT_EQ(windows.contrast->pairs.size(), 1u);
+    delegate.handleURL("kro://settings/formats");
+    delegate.handleURL("kro://settings/nowhere");
+    EXPECT_EQ(windows.preferences->panes, std::vector<int>{preferencesPane("formats")->number});
+    EXPECT_EQ(windows.preferences->shown, 1);
+
+    // The loupe's contrast mode hands its pair over; the shortcut opens the checker with a random pair.
+    delegate.pickerDidPickContrast(orange, ColorValue::rgb(0, 0, 0));
+    delegate.hotKeyDidPress(HotKeyIdentifier::openContrastChecker);
+    ASSERT_EQ(windows.contrast->pairs.size(), 3u);
+    EXPECT_NEAR(windows.contrast->pairs[1].first.green(), 0.5, 1e-9);
 }

@@ -186,3 +186,41 @@ TEST(HotKeyRecords, DecodingIsStrictAboutEveryField) {
     EXPECT_THROW(HotKey::fromJson(wrong), JsonDecodeError);
     EXPECT_THROW(decodeHotKeys("{}"), JsonDecodeError);
 }
+
+TEST_F(HotKeysTest, RecordingRefusesReservedUsedAndReadOnlyCombinationsAndKeepsTheRest) {
+    hotKeys().load();
+    const auto before = key(HotKeyIdentifier::openColorPanel);
+
+    auto refused = hotKeys().record(HotKeyIdentifier::openColorPanel, kCtrl, 8);
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->reason, "Copy the selected data to the Clipboard");
+    const auto& picker = key(HotKeyIdentifier::openPicker);
+    refused = hotKeys().record(HotKeyIdentifier::openColorPanel, picker.flags, picker.code);
+    ASSERT_TRUE(refused);
+    EXPECT_EQ(refused->state, HotKeyUsedState::app);
+    EXPECT_EQ(key(HotKeyIdentifier::openColorPanel).code, before.code) << "a refusal changes nothing";
+
+    for (const auto& each : hotKeys().hotKeys) {
+        if (!each.readonly) continue;
+        EXPECT_TRUE(hotKeys().record(each.id, kCtrl | kAlt, 5)) << "read-only actions keep their keys";
+        break;
+    }
+
+    environment.notifications.clearPostedNames();
+    EXPECT_FALSE(hotKeys().record(HotKeyIdentifier::openColorPanel, kCtrl | kAlt, 5));
+    EXPECT_EQ(environment.notifications.postedNames(),
+              (std::vector<std::string>{Notifications::shortcutsSaved, Notifications::shortcutsUpdated}));
+    EXPECT_TRUE(center.registered.count(static_cast<int>(HotKeyIdentifier::openColorPanel)));
+    HotKeys::resetSharedForTesting();
+    hotKeys().setHotKeyCenter(&center);
+    hotKeys().load();
+    EXPECT_EQ(key(HotKeyIdentifier::openColorPanel).code, 5) << "the new combination was saved";
+
+    // Held by another program: registered again, and marked unavailable.
+    center.taken.insert(static_cast<int>(HotKeyIdentifier::openColorPanel));
+    hotKeys().setEnabled(HotKeyIdentifier::openColorPanel, true);
+    EXPECT_TRUE(hotKeys().isUnavailable(HotKeyIdentifier::openColorPanel));
+
+    hotKeys().resetToShipped();
+    EXPECT_EQ(key(HotKeyIdentifier::openColorPanel).code, before.code);
+}

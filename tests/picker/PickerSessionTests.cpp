@@ -100,7 +100,7 @@ TEST_F(PickerSessionTest, MultipleModeKeepsTwentyColoursAndReturnNeedsOne) {
     EXPECT_EQ(picker->mode, PickerMode::standard);
 }
 
-TEST_F(PickerSessionTest, ContrastModeStartsOverOnTheThirdClickAndHandsOverTheEmptiedList) {
+TEST_F(PickerSessionTest, ContrastModeStartsOverOnTheThirdClickAndHandsItsPairToTheChecker) {
     picker->mode = PickerMode::contrast;
     openAndReveal();
     pointAt(10, 10);
@@ -117,10 +117,13 @@ TEST_F(PickerSessionTest, ContrastModeStartsOverOnTheThirdClickAndHandsOverTheEm
     click();
     pointAt(30, 30);
     click();
+    const auto held = picker->colors;
     picker->confirm(PickerConfirmTrigger::enter);
     EXPECT_FALSE(picker->isOpen);
-    ASSERT_EQ(delegate.lists.size(), 1u);
-    EXPECT_TRUE(delegate.lists[0].empty()) << "the close empties the list before the menu gets it";
+    EXPECT_TRUE(delegate.lists.empty()) << "the palette menu is not offered";
+    ASSERT_EQ(delegate.pairs.size(), 1u);
+    EXPECT_EQ(rgbOf(delegate.pairs[0].first), rgbOf(held[0]));
+    EXPECT_EQ(rgbOf(delegate.pairs[0].second), rgbOf(held[1]));
 }
 
 TEST_F(PickerSessionTest, PluginModeSendsAndStaysOpenOrClosesWithoutThePermission) {

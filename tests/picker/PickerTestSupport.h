@@ -21,7 +21,11 @@ struct RecordingPickerDelegate final : PickerDelegate {
     void pickerDidPick(const ColorValue& color, PickerSource source) override { picks.push_back({color, source}); }
     void pickerDidSend(const ColorValue& color, PickerPlugin destination) override { sends.push_back({color, destination}); }
     void pickerDidPick(const std::vector<ColorValue>& colors) override { lists.push_back(colors); }
+    void pickerDidPickContrast(const ColorValue& foreground, const ColorValue& background) override {
+        pairs.push_back({foreground, background});
+    }
     void pickerNeedsAccessibility() override { ++accessibilityPrompts; }
+    std::vector<std::pair<ColorValue, ColorValue>> pairs;
     std::vector<std::pair<ColorValue, PickerSource>> picks;
     std::vector<std::pair<ColorValue, PickerPlugin>> sends;
     std::vector<std::vector<ColorValue>> lists;

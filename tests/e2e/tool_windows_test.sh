@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# The contrast checker, the preferences and the colour dock with the real agent: "contrast" and "settings"
+# URL commands open their windows at the pair and the pane asked for; the dock shows a palette made from the
+# command line and a click on its swatch fills the clipboard. With KRO_E2E_SHOTS set to a folder, each
+# window is also saved there as a PNG (KRO_E2E_THEME picks light or dark, QT_SCALE_FACTOR the scale).
+source "$(dirname "$0")/lib.sh"
+
+visible() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1; }
+wait_visible() {
+    for _ in $(seq 150); do [[ -n $(visible "$1") ]] && return 0; sleep 0.1; done
+    return 1
+}
+clipboard() {
+    python3 -c 'import tkinter; r = tkinter.Tk(); r.withdraw(); print(r.clipboard_get())' 2>/dev/null
+}
+shot() {
+    [[ -n ${KRO_E2E_SHOTS:-} ]] || return 0
+    sleep 0.8
+    python3 "$(dirname "$0")/screenshot.py" "$KRO_E2E_SHOTS/$1-${KRO_E2E_THEME:-light}-x${QT_SCALE_FACTOR:-1}.png" "$(visible "$2")"
+}
+
+# The dock shown, the theme chosen, as a person's earlier session left them (each value is its JSON text,
+# base64-encoded, as the agent stores it).
+mkdir -p "$XDG_CONFIG_HOME/kroapp.Kro"
+python3 - "$XDG_CONFIG_HOME/kroapp.Kro/defaults.json" "${KRO_E2E_THEME:-light}" <<'PY'
+import base64, json, sys
+encode = lambda value: base64.b64encode(json.dumps(value).encode()).decode()
+json.dump({"UserDefaults.Kro.DockVisible": encode(True), "UserDefaults.Kro.AppTheme": encode(sys.argv[2])},
+          open(sys.argv[1], "w"))
+PY
+
+start_agent
+
+# The first start shows the welcome window once.
+wait_visible '^Welcome to Kro$' || fail "the welcome window did not open on the first start"
+shot onboarding '^Welcome to Kro$'
+
+"$KRO" open 'kro://contrast/hex/777777,FFFFFF'
+wait_visible '^4\.48 AA Large — Kro Contrast Checker$' || fail "the checker does not show 4.48 AA Large: $(xdotool search --name 'Contrast' getwindowname 2>/dev/null)"
+shot contrast 'Kro Contrast Checker$'
+
+"$KRO" open 'kro://settings/formats'
+wait_visible '^Formats — Kro Preferences$' || fail "the settings command did not open the formats pane"
+shot preferences-formats '— Kro Preferences$'
+for pane in general appearance shortcuts dock snapshots about; do
+    "$KRO" open "kro://settings/$pane"
+    wait_visible "— Kro Preferences$" || fail "no preferences window for $pane"
+    shot "preferences-$pane" '— Kro Preferences$'
+done
+
+# A palette made from the command line shows in the dock; its swatch copies the colour.
+"$KRO" open 'kro://palette/hex/C02040,20C040/Dock%20Test'
+wait_for_library '[p["name"] for p in user["palettes"]][-1] == "Dock Test"' || fail "the palette was not made"
+wait_visible '^Kro Color Dock$' || fail "the dock is not shown"
+sleep 1
+dock=$(visible '^Kro Color Dock$')
+shot dock '^Kro Color Dock$'
+eval "$(xdotool getwindowgeometry --shell "$dock")"
+# The dock stands at the left edge; palettes are columns, the newest last, its first swatch at the top.
+scale=${QT_SCALE_FACTOR:-1}
+xdotool mousemove $((X + WIDTH - 17 * scale)) $((Y + 33 * scale)) click 1
+for _ in $(seq 30); do [[ $(clipboard) == *C02040* ]] && break; sleep 0.2; done
+[[ $(clipboard) == *C02040* ]] || fail "a click on the dock's swatch did not copy it: '$(clipboard)'"
+
+stop_agent
+echo "tool windows test passed"

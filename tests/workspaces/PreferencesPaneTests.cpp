@@ -1,0 +1,126 @@
+// The preferences panes: a control writes its field and posts that field's notifications in order; a change
+// made elsewhere shows in the pane; the formats pane previews templates as they are typed.
+#include "WorkspaceTest.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSpinBox>
+#include <QTableWidget>
+
+#include "library/DockData.h"
+#include "library/Notifications.h"
+#include "workspaces/preferences/FormatsPane.h"
+#include "workspaces/preferences/Panes.h"
+#include "workspaces/preferences/PreferencesWindow.h"
+
+namespace kro::testing {
+namespace {
+
+class PreferencesPaneTest : public WorkspaceTest {
+protected:
+    template <typename Control>
+    Control* control(QWidget* pane, const char* name) {
+        auto* found = pane->findChild<Control*>(name);
+        EXPECT_NE(found, nullptr) << name;
+        return found;
+    }
+    std::vector<std::string> posted() const { return environment.notifications.postedNames(); }
+    void forget() { environment.notifications.clearPostedNames(); }
+};
+
+TEST_F(PreferencesPaneTest, GeneralPaneWritesItsFieldsAndFollowsChangesMadeElsewhere) {
+    std::unique_ptr<QWidget> pane(makeGeneralPane(nullptr));
+    auto& preferences = Preferences::shared();
+
+    auto* sounds = control<QCheckBox>(pane.get(), "playSounds");
+    const bool before = preferences.playSounds();
+    forget();
+    sounds->click();
+    EXPECT_EQ(preferences.playSounds(), !before);
+    EXPECT_EQ(posted(), std::vector<std::string>{Notifications::preferencesUpdated});
+
+    // Automatic import announces the preferences, then the import itself.
+    forget();
+    control<QCheckBox>(pane.get(), "autoImport")->click();
+    EXPECT_EQ(posted(), (std::vector<std::string>{Notifications::preferencesUpdated, Notifications::autoImportUpdated}));
+
+    // The history limit keeps its switch in the sign.
+    preferences.setHistoryLimit(40);
+    auto* limitOn = control<QCheckBox>(pane.get(), "historyLimitOn");
+    auto* limit = control<QSpinBox>(pane.get(), "historyLimit");
+    EXPECT_TRUE(limitOn->isChecked());
+    EXPECT_EQ(limit->value(), 40);
+    limitOn->click();
+    EXPECT_EQ(preferences.historyLimit(), -40);
+    EXPECT_FALSE(limit->isEnabled());
+    limitOn->click();
+    limit->setValue(55);
+    EXPECT_EQ(preferences.historyLimit(), 55);
+
+    // Changed elsewhere (a shortcut, the command line, a reset): the pane shows it.
+    preferences.setPlaySounds(before);
+    EXPECT_EQ(sounds->isChecked(), before);
+}
+
+TEST_F(PreferencesPaneTest, AppearanceAndDockPanesPostInTheirOrderAndFollowTheDockData) {
+    std::unique_ptr<QWidget> appearance(makeAppearancePane(nullptr));
+    auto* theme = control<QComboBox>(appearance.get(), "appTheme");
+    forget();
+    theme->setCurrentIndex(2);
+    emit theme->activated(2);
+    EXPECT_EQ(Preferences::shared().appTheme(), AppTheme::dark);
+    EXPECT_EQ(posted(), (std::vector<std::string>{Notifications::appThemeUpdated, Notifications::preferencesUpdated}));
+    Preferences::shared().setAppTheme(AppTheme::light);
+    EXPECT_EQ(theme->currentIndex(), 1);
+
+    std::unique_ptr<QWidget> dock(makeDockPane(nullptr));
+    auto* edge = control<QComboBox>(dock.get(), "position");
+    DockData::shared().setPosX(120);
+    emit edge->activated(3);
+    EXPECT_EQ(DockData::shared().position(), DockWindowPosition(3));
+    EXPECT_FALSE(DockData::shared().posX()) << "a chosen edge replaces the dragged place";
+    DockData::shared().setPosition(DockWindowPosition(1));
+    EXPECT_EQ(edge->currentIndex(), 1);
+}
+
+TEST_F(PreferencesPaneTest, FormatsPanePreviewsTemplatesAsTypedAndKeepsThemForTheNextCopy) {
+    FormatsPane pane;
+    pane.addFormat();
+    auto item = pane.current();
+    ASSERT_TRUE(item && item->custom);
+
+    auto* copied = pane.templateEditor(FormatsPane::copied);
+    copied->setPlainText("R=hex[red]");
+    // Dodger blue, the first sample: red is 0x1E.
+    EXPECT_EQ(pane.preview()->item(0, 0)->text().toUpper(), "R=1E");
+    EXPECT_NE(item->clipboardFormat, "R=hex[red]") << "kept only after a pause or on leaving";
+
+    // Text the language does not read shows as the language returns it, with no dialog.
+    copied->setPlainText("hex[red");
+    EXPECT_EQ(pane.preview()->item(0, 0)->text().toStdString(),
+              item->text(ColorValue::rgb(30 / 255.0, 144 / 255.0, 1), "hex[red"));
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+
+    copied->setPlainText("R=hex[red]");
+    pane.useFormat();
+    EXPECT_EQ(item->clipboardFormat, "R=hex[red]");
+    EXPECT_EQ(QString::fromStdString(ColorFormats::shared().clipboardString(ColorValue::rgb(1, 0, 0))).toUpper(), "R=FF");
+}
+
+TEST_F(PreferencesPaneTest, TheWindowOpensThePaneTheSettingsCommandNames) {
+    PreferencesWindow window(delegate.get());
+    const auto formats = preferencesPane("formats");
+    ASSERT_TRUE(formats);
+    window.showPane(formats->number);
+    EXPECT_EQ(window.paneNumber(), formats->number);
+    EXPECT_EQ(window.windowTitle(), "Formats — Kro Preferences");
+    EXPECT_TRUE(window.pane(formats->number)->isAncestorOf(window.formats()));
+    window.showPane(42);
+    EXPECT_EQ(window.paneNumber(), formats->number) << "an unknown pane leaves the window where it was";
+}
+
+}  // namespace
+}  // namespace kro::testing
