@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/ActiveApplication.h"
+#include "platform/BridgeChannels.h"
 #include "platform/ColorValue.h"
 #include "platform/HotKeyCenter.h"
 #include "platform/KeySimulator.h"
@@ -100,6 +102,11 @@ struct Desktop {
     KeySimulator* keySimulator = nullptr;
     SoundPlayer* sound = nullptr;
     Workspace* workspace = nullptr;
+    // The design-application bridges: the application in front and the channels to the applications.
+    ActiveApplicationMonitor* activeApplication = nullptr;
+    SessionBus* sessionBus = nullptr;
+    DropFolder* dropFolder = nullptr;
+    LocalSocketClient* localSockets = nullptr;
 };
 
 }  // namespace kro

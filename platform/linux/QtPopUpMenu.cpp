@@ -1,6 +1,8 @@
 #include "platform/linux/QtPopUpMenu.h"
 
+#include <QIcon>
 #include <QMenu>
+#include <QPixmap>
 
 #include <memory>
 
@@ -18,6 +20,9 @@ void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::f
         auto* action = menu->addAction(QString::fromStdString(item.title));
         action->setCheckable(item.checked);
         action->setChecked(item.checked);
+        if (QPixmap icon; !item.icon.empty() && icon.loadFromData(QByteArray::fromStdString(item.icon), "PNG")) {
+            action->setIcon(QIcon(icon));
+        }
         QObject::connect(action, &QAction::triggered, menu, [run = item.action, chosen] {
             *chosen = true;
             if (run) run();
