@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "library/Sherlog.h"
@@ -28,28 +29,36 @@ public:
     virtual void setColor(PickerPlugin slot, const ColorValue& color, SetDone done) = 0;
 };
 
-// Wraps a completion so that it runs once: with the first answer, or with `onTimeout`'s value when the time
-// limit passes first (logging `what` then). Later answers are dropped.
+// A completion that runs once: with the first answer, or with the failure value when the time limit passes
+// first. A failure logs one line, "what: why"; later answers are dropped. Copies share the one completion.
 template <class Result>
-std::function<void(const Result&)> answerOnce(std::function<void(const Result&)> done, Result onTimeout,
-                                              const std::string& what, Milliseconds limit = kBridgeTimeLimit) {
-    auto pending = std::make_shared<std::function<void(const Result&)>>(std::move(done));
-    env().mainQueue->post(
-        [pending, onTimeout, what] {
-            if (!*pending) return;
-            SHERLOG(what + ": no answer within the time limit", SherlogLevel::error);
-            auto call = std::move(*pending);
-            *pending = nullptr;
-            call(onTimeout);
-        },
-        std::chrono::duration_cast<Seconds>(limit));
-    return [pending](const Result& result) {
-        if (!*pending) return;
-        auto call = std::move(*pending);
-        *pending = nullptr;
-        call(result);
+class Answer {
+public:
+    Answer(std::function<void(const Result&)> done, Result failure, std::string what, Milliseconds limit = kBridgeTimeLimit)
+        : state_(std::make_shared<State>(State{std::move(done), std::move(failure), std::move(what)})) {
+        env().mainQueue->post([state = state_] { Answer(state).fail("no answer within the time limit"); },
+                              std::chrono::duration_cast<Seconds>(limit));
+    }
+    void operator()(const Result& result) const {
+        if (state_->done) std::exchange(state_->done, nullptr)(result);
+    }
+    void fail(const std::string& why) const {
+        if (!pending()) return;
+        SHERLOG(state_->what + ": " + why, SherlogLevel::error);
+        (*this)(state_->failure);
+    }
+    // Whether no answer has been given yet: work done after that is wasted.
+    bool pending() const { return static_cast<bool>(state_->done); }
+
+private:
+    struct State {
+        std::function<void(const Result&)> done;
+        Result failure;
+        std::string what;
     };
-}
+    explicit Answer(std::shared_ptr<State> state) : state_(std::move(state)) {}
+    std::shared_ptr<State> state_;
+};
 
 // The 8-bit sRGB components of a colour, rounded half away from zero.
 struct Rgb8 {

@@ -35,12 +35,6 @@ std::string reporting(const std::string& answerPath, const std::string& body, Pi
 
 std::string slotName(PickerPlugin slot) { return slot == PickerPlugin::primary ? "foreground" : "background"; }
 
-template <class Result>
-Result noFolder(const std::string& what, Result failure) {
-    SHERLOG(what + ": the private folder for GIMP's answers cannot be made", SherlogLevel::error);
-    return failure;
-}
-
 }  // namespace
 
 std::string GimpScript::setColor(PickerPlugin slot, const Rgb8& color, const std::string& answerPath) {
@@ -95,62 +89,54 @@ DBusCall GimpScript::batchRun(const std::string& script) {
 
 std::string GimpBridge::nextAnswerName() { return "gimp-" + std::to_string(getpid()) + "-" + std::to_string(++calls_) + ".answer"; }
 
-void GimpBridge::run(const std::string& what, const std::string& name, const std::string& script,
-                     std::function<void(const std::string& answer)> read, std::function<void()> failed) {
+template <class Result>
+void GimpBridge::run(const std::string& script, const std::string& name, const Answer<Result>& finish,
+                     std::function<void(const std::string& answer)> read) {
     answers_.await(name, std::move(read));
-    bus_.call(GimpScript::batchRun(script), kBridgeTimeLimit, [what, failed](const std::optional<std::string>& error) {
-        if (!error) return;
-        SHERLOG(what + ": GIMP is not reachable on the session bus (" + *error + ")", SherlogLevel::error);
-        failed();
+    bus_.call(GimpScript::batchRun(script), kBridgeTimeLimit, [finish](const std::optional<std::string>& error) {
+        if (error) finish.fail("GIMP is not reachable on the session bus (" + *error + ")");
     });
 }
 
-void GimpBridge::getColor(PickerPlugin slot, GetDone done) {
-    const auto what = "GIMP get " + slotName(slot);
-    const auto name = nextAnswerName();
-    // However the call ends, a late answer is removed unread.
-    auto finish = answerOnce<std::vector<ColorValue>>(
-        [this, name, done](const std::vector<ColorValue>& colors) {
+template <class Result>
+Answer<Result> GimpBridge::answer(std::function<void(const Result&)> done, Result failure, const std::string& what,
+                                  const std::string& name) {
+    // However the call ends, a late answer file is removed unread.
+    return Answer<Result>(
+        [this, name, done](const Result& result) {
             answers_.forget(name);
-            done(colors);
+            done(result);
         },
-        {}, what);
+        std::move(failure), what);
+}
+
+void GimpBridge::getColor(PickerPlugin slot, GetDone done) {
+    const auto name = nextAnswerName();
+    const auto finish = answer<std::vector<ColorValue>>(std::move(done), {}, "GIMP get " + slotName(slot), name);
     const auto folder = answers_.path();
-    if (folder.empty()) return finish(noFolder(what, std::vector<ColorValue>{}));
-    run(
-        what, name, GimpScript::getColor(slot, folder + "/" + name),
-        [what, finish](const std::string& answer) {
-            const auto color = GimpScript::readAnswer(answer);
-            if (!color) SHERLOG(what + ": GIMP's answer is not a colour", SherlogLevel::error);
-            finish(color ? std::vector<ColorValue>{*color} : std::vector<ColorValue>{});
-        },
-        [finish] { finish({}); });
+    if (folder.empty()) return finish.fail("the private folder for GIMP's answers cannot be made");
+    run(GimpScript::getColor(slot, folder + "/" + name), name, finish, [finish](const std::string& answer) {
+        const auto color = GimpScript::readAnswer(answer);
+        if (!color) return finish.fail("GIMP's answer is not a colour");
+        finish({*color});
+    });
 }
 
 void GimpBridge::setColor(PickerPlugin slot, const ColorValue& color, SetDone done) {
-    const auto what = "GIMP set " + slotName(slot);
     const auto name = nextAnswerName();
     const auto wanted = rgb8(color);
-    auto finish = answerOnce<bool>(
-        [this, name, done](const bool& taken) {
-            answers_.forget(name);
-            done(taken);
-        },
-        false, what);
+    const auto finish = answer<bool>(std::move(done), false, "GIMP set " + slotName(slot), name);
     const auto folder = answers_.path();
-    if (folder.empty()) return finish(noFolder(what, false));
-    run(
-        what, name, GimpScript::setColor(slot, wanted, folder + "/" + name),
-        [what, wanted, finish](const std::string& answer) {
-            // GIMP reports the colour it now holds: the set worked when that is the colour sent.
-            const auto held = GimpScript::readAnswer(answer);
-            const auto near = [](int a, int b) { return std::abs(a - b) <= 1; };
-            const bool taken = held && near(rgb8(*held).red, wanted.red) && near(rgb8(*held).green, wanted.green) &&
-                               near(rgb8(*held).blue, wanted.blue);
-            if (!taken) SHERLOG(what + ": GIMP did not take the colour", SherlogLevel::error);
-            finish(taken);
-        },
-        [finish] { finish(false); });
+    if (folder.empty()) return finish.fail("the private folder for GIMP's answers cannot be made");
+    run(GimpScript::setColor(slot, wanted, folder + "/" + name), name, finish, [wanted, finish](const std::string& answer) {
+        // GIMP reports the colour it now holds: the set worked when that is the colour sent.
+        const auto held = GimpScript::readAnswer(answer);
+        const auto near = [](int a, int b) { return std::abs(a - b) <= 1; };
+        if (!held || !near(rgb8(*held).red, wanted.red) || !near(rgb8(*held).green, wanted.green) || !near(rgb8(*held).blue, wanted.blue)) {
+            return finish.fail("GIMP did not take the colour");
+        }
+        finish(true);
+    });
 }
 
 }  // namespace kro

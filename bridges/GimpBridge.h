@@ -29,10 +29,13 @@ public:
 
 private:
     std::string nextAnswerName();
+    template <class Result>
+    Answer<Result> answer(std::function<void(const Result&)> done, Result failure, const std::string& what, const std::string& name);
     // Queues `script`, which writes the answer file `name`, and hands that file's text to `read`; a bus error
-    // ends the call with `failed`.
-    void run(const std::string& what, const std::string& name, const std::string& script,
-             std::function<void(const std::string& answer)> read, std::function<void()> failed);
+    // fails the call.
+    template <class Result>
+    void run(const std::string& script, const std::string& name, const Answer<Result>& finish,
+             std::function<void(const std::string& answer)> read);
 
     SessionBus& bus_;
     DropFolder& answers_;

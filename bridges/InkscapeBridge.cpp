@@ -64,6 +64,14 @@ DBusCall InkscapeActions::activate(const std::string& action, const std::optiona
             {action, parameters, DBusEmptyDictionary{}}};
 }
 
+bool InkscapeActions::isUnreachable(const std::string& error) {
+    // A program that hangs or dies mid-call has the same name on the bus: only a missing one is unreachable.
+    for (const char* name : {"ServiceUnknown", "NameHasNoOwner", "UnknownObject", "UnknownInterface", "UnknownMethod", "InvalidArgs"}) {
+        if (error.find(name) != std::string::npos) return true;
+    }
+    return false;
+}
+
 DBusCall InkscapeActions::setProperty(PickerPlugin slot, const Rgb8& color) {
     return activate("object-set-property", slotName(slot) + "," + cssHex(color));
 }
@@ -83,34 +91,34 @@ std::optional<ColorValue> InkscapeActions::readClipboardStyle(const std::string&
 }
 
 void InkscapeBridge::getColor(PickerPlugin slot, GetDone done) {
-    const auto what = "Inkscape get " + slotName(slot);
-    auto finish = answerOnce<std::vector<ColorValue>>(std::move(done), {}, what);
-    bus_.call(InkscapeActions::activate("copy"), kBridgeTimeLimit, [this, slot, what, finish](const std::optional<std::string>& error) {
-        if (error) {
-            SHERLOG(what + ": Inkscape's actions cannot be reached (" + *error + "); copying with Ctrl+C", SherlogLevel::info);
-            if (simulateCopy_) simulateCopy_();
+    const Answer<std::vector<ColorValue>> finish(std::move(done), {}, "Inkscape get " + slotName(slot));
+    bus_.call(InkscapeActions::activate("copy"), kBridgeTimeLimit, [this, slot, finish](const std::optional<std::string>& error) {
+        if (!finish.pending()) return;
+        if (error && !InkscapeActions::isUnreachable(*error)) return finish.fail("Inkscape does not answer (" + *error + ")");
+        // An Inkscape without its actions on the bus still copies on Ctrl+C, when a window of it is there.
+        if (error && (!simulateCopy_ || !simulateCopy_())) {
+            return finish.fail("Inkscape's actions cannot be reached (" + *error + "), and no window of it can copy");
         }
-        readClipboard(slot, what, finish);
+        readClipboard(slot, finish);
     });
 }
 
-void InkscapeBridge::readClipboard(PickerPlugin slot, const std::string& what, GetDone finish, int attempt) {
+void InkscapeBridge::readClipboard(PickerPlugin slot, const Answer<std::vector<ColorValue>>& finish, int attempt) {
+    if (!finish.pending()) return;
     const auto text = clipboard_ ? clipboard_->text() : std::nullopt;
     if (const auto color = text ? InkscapeActions::readClipboardStyle(*text, slot) : std::nullopt) return finish({*color});
     if (attempt + 1 >= kClipboardAttempts) {
-        SHERLOG(what + ": Inkscape put no selection with a plain " + slotName(slot) + " colour on the clipboard", SherlogLevel::error);
-        return finish({});
+        return finish.fail("Inkscape put no selection with a plain " + slotName(slot) + " colour on the clipboard");
     }
-    env().mainQueue->post([this, slot, what, finish, attempt] { readClipboard(slot, what, finish, attempt + 1); }, kClipboardPoll);
+    env().mainQueue->post([this, slot, finish, attempt] { readClipboard(slot, finish, attempt + 1); }, kClipboardPoll);
 }
 
 void InkscapeBridge::setColor(PickerPlugin slot, const ColorValue& color, SetDone done) {
-    const auto what = "Inkscape set " + slotName(slot);
-    auto finish = answerOnce<bool>(std::move(done), false, what);
+    const Answer<bool> finish(std::move(done), false, "Inkscape set " + slotName(slot));
     // The action has run on the selection by the time Inkscape answers.
-    bus_.call(InkscapeActions::setProperty(slot, rgb8(color)), kBridgeTimeLimit, [what, finish](const std::optional<std::string>& error) {
-        if (error) SHERLOG(what + ": Inkscape did not run the action (" + *error + ")", SherlogLevel::error);
-        finish(!error);
+    bus_.call(InkscapeActions::setProperty(slot, rgb8(color)), kBridgeTimeLimit, [finish](const std::optional<std::string>& error) {
+        if (error) return finish.fail("Inkscape did not run the action (" + *error + ")");
+        finish(true);
     });
 }
 

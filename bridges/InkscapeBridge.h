@@ -14,6 +14,9 @@ namespace kro {
 namespace InkscapeActions {
 // org.gtk.Actions.Activate of an application action, with its string parameter when it takes one.
 DBusCall activate(const std::string& action, const std::optional<std::string>& parameter = std::nullopt);
+// Whether a bus error says the action is not there (no Inkscape on the bus, or one without the action), as
+// against one that does not answer.
+bool isUnreachable(const std::string& error);
 // "fill,#rrggbb" for the primary colour, "stroke,#rrggbb" for the secondary.
 DBusCall setProperty(PickerPlugin slot, const Rgb8& color);
 // The selection's fill (primary) or stroke (secondary) in the style Inkscape puts on its clipboard document,
@@ -23,19 +26,20 @@ std::optional<ColorValue> readClipboardStyle(const std::string& svg, PickerPlugi
 
 class InkscapeBridge final : public Bridge {
 public:
-    // `simulateCopy` types Ctrl+C into Inkscape, for when its actions cannot be reached.
-    InkscapeBridge(SessionBus& bus, const Clipboard* clipboard, std::function<void()> simulateCopy)
+    // `simulateCopy` types Ctrl+C into a window of Inkscape, for when its actions cannot be reached; false
+    // when there is no such window.
+    InkscapeBridge(SessionBus& bus, const Clipboard* clipboard, std::function<bool()> simulateCopy)
         : bus_(bus), clipboard_(clipboard), simulateCopy_(std::move(simulateCopy)) {}
     void getColor(PickerPlugin slot, GetDone done) override;
     void setColor(PickerPlugin slot, const ColorValue& color, SetDone done) override;
 
 private:
     // Reads the clipboard until Inkscape's document is on it, for a short while.
-    void readClipboard(PickerPlugin slot, const std::string& what, GetDone finish, int attempt = 0);
+    void readClipboard(PickerPlugin slot, const Answer<std::vector<ColorValue>>& finish, int attempt = 0);
 
     SessionBus& bus_;
     const Clipboard* clipboard_;
-    std::function<void()> simulateCopy_;
+    std::function<bool()> simulateCopy_;
 };
 
 }  // namespace kro

@@ -32,33 +32,31 @@ KritaProtocol::Reply KritaProtocol::readReply(const std::string& line) {
     return reply;
 }
 
-void KritaBridge::exchange(const std::string& what, const std::string& request, std::function<void(const KritaProtocol::Reply&)> done) {
-    sockets_.exchange(socketPath_, request, kBridgeTimeLimit, [what, done](const LocalSocketClient::Reply& answer) {
+template <class Result>
+void KritaBridge::exchange(const std::string& request, const Answer<Result>& finish,
+                           std::function<void(const KritaProtocol::Reply&)> done) {
+    sockets_.exchange(socketPath_, request, kBridgeTimeLimit, [finish, done](const LocalSocketClient::Reply& answer) {
         if (!answer.line) {
-            SHERLOG(what + ": Kro's Krita plug-in does not answer (" + answer.error +
-                        "); install it with `kro krita-plugin install` and enable it in Krita",
-                    SherlogLevel::error);
-            return done({false, std::nullopt, answer.error});
+            return finish.fail("Kro's Krita plug-in does not answer (" + answer.error +
+                               "); install it with `kro krita-plugin install` and enable it in Krita");
         }
         const auto reply = KritaProtocol::readReply(*answer.line);
-        if (!reply.ok) SHERLOG(what + ": " + reply.error, SherlogLevel::error);
+        if (!reply.ok) return finish.fail(reply.error);
         done(reply);
     });
 }
 
 void KritaBridge::getColor(PickerPlugin slot, GetDone done) {
-    const auto what = "Krita get " + slotText(slot);
-    auto finish = answerOnce<std::vector<ColorValue>>(std::move(done), {}, what);
-    exchange(what, KritaProtocol::getRequest(slot), [what, finish](const KritaProtocol::Reply& reply) {
-        if (reply.ok && !reply.color) SHERLOG(what + ": the plug-in's answer has no colour", SherlogLevel::error);
-        finish(reply.ok && reply.color ? std::vector<ColorValue>{*reply.color} : std::vector<ColorValue>{});
+    const Answer<std::vector<ColorValue>> finish(std::move(done), {}, "Krita get " + slotText(slot));
+    exchange(KritaProtocol::getRequest(slot), finish, [finish](const KritaProtocol::Reply& reply) {
+        if (!reply.color) return finish.fail("the plug-in's answer has no colour");
+        finish({*reply.color});
     });
 }
 
 void KritaBridge::setColor(PickerPlugin slot, const ColorValue& color, SetDone done) {
-    const auto what = "Krita set " + slotText(slot);
-    auto finish = answerOnce<bool>(std::move(done), false, what);
-    exchange(what, KritaProtocol::setRequest(slot, rgb8(color)), [finish](const KritaProtocol::Reply& reply) { finish(reply.ok); });
+    const Answer<bool> finish(std::move(done), false, "Krita set " + slotText(slot));
+    exchange(KritaProtocol::setRequest(slot, rgb8(color)), finish, [finish](const KritaProtocol::Reply&) { finish(true); });
 }
 
 }  // namespace kro

@@ -31,7 +31,9 @@ public:
     void setColor(PickerPlugin slot, const ColorValue& color, SetDone done) override;
 
 private:
-    void exchange(const std::string& what, const std::string& request, std::function<void(const KritaProtocol::Reply&)> done);
+    // Sends the request; a reply that is a failure, or none, fails the call, and a good one goes to `done`.
+    template <class Result>
+    void exchange(const std::string& request, const Answer<Result>& finish, std::function<void(const KritaProtocol::Reply&)> done);
 
     LocalSocketClient& sockets_;
     std::string socketPath_;

@@ -120,8 +120,11 @@ Bridge* Plugin::bridgeFor(const PluginItem& item) {
         bridge = std::make_unique<GimpBridge>(*services_.sessionBus, *services_.dropFolder);
     } else if (name == "Inkscape" && services_.sessionBus) {
         bridge = std::make_unique<InkscapeBridge>(*services_.sessionBus, services_.clipboard, [this] {
-            if (const auto inkscape = target("Inkscape")) activate(*inkscape);
+            const auto inkscape = target("Inkscape");
+            if (!inkscape || !inkscape->application) return false;
+            activate(*inkscape);
             CMD::performCopy(services_.clipboard);
+            return true;
         });
     } else if (name == "Krita" && services_.localSockets) {
         bridge = std::make_unique<KritaBridge>(*services_.localSockets, KritaProtocol::socketPath(env().paths.runtimeDir));

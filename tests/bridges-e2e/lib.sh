@@ -39,7 +39,7 @@ retry_for() {
 }
 
 # The window of a program by its WM_CLASS, the most recently mapped one.
-program_window() { xdotool search --onlyvisible --class "$1" 2>/dev/null | tail -1; }
+program_window() { { xdotool search --onlyvisible --class "$1" 2>/dev/null || true; } | tail -1; }
 
 # Moves the pointer to the middle of a window.
 point_at_middle() {
