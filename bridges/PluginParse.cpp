@@ -15,8 +15,8 @@ namespace {
 
 // ICU's matching work, in units of ten thousand steps: a few megabytes of text at the simple pattern.
 constexpr int32_t kMatchTimeLimit = 200;
-// Colour names of the list run to four words ("Light Goldenrod Yellow").
-constexpr size_t kMaxNameWords = 4;
+// The longest colour names of the list have six words ("Blue With A Hint Of Purple").
+constexpr size_t kMaxNameWords = 6;
 
 bool isWordCharacter(char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '\''; }
 
