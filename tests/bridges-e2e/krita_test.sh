@@ -5,8 +5,6 @@
 # refused, and a Krita that stops answering fails within the time limit.
 source "$(dirname "$0")/lib.sh" "$1" krita
 
-SOCKET=$XDG_RUNTIME_DIR/kroapp.Kro.krita.socket
-
 kro krita-plugin install >/dev/null || fail "the plug-in did not install"
 [[ -f $XDG_DATA_HOME/krita/pykrita/kro_bridge/kro_bridge_server.py ]] || fail "the plug-in's files are not in pykrita"
 
@@ -17,7 +15,7 @@ agent_log | grep -q "krita-plugin install" || fail "the log does not say how to 
 
 # A listener on the plug-in's socket that runs as another user, offering a colour: it is refused.
 if (($(id -u) == 0)); then
-    python3 - "$SOCKET" >"$WORK/impostor.log" 2>&1 <<'PY' &
+    python3 - "$KRITA_SOCKET" >"$WORK/impostor.log" 2>&1 <<'PY' &
 import os, socket, sys
 listener = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
 listener.bind(sys.argv[1])
@@ -34,31 +32,13 @@ PY
     for _ in $(seq 50); do grep -q listening "$WORK/impostor.log" 2>/dev/null && break; sleep 0.1; done
     kro get --primary --app org.kde.krita >"$WORK/get.out" 2>&1 && fail "a colour from another user's socket was taken: $(cat "$WORK/get.out")"
     agent_log | grep -q "belongs to another user" || fail "the refusal is not logged"
-    rm -f "$SOCKET"
+    rm -f "$KRITA_SOCKET"
     chmod 700 "$XDG_RUNTIME_DIR"
 else
     echo "not root: the other-user socket check is skipped"
 fi
 
-# Enabled as the Python Plugin Manager stores it.
-printf '[python]\nenable_kro_bridge=true\n' >"$XDG_CONFIG_HOME/kritarc"
-python3 - "$WORK/blue.png" <<'PY'
-import struct, sys, zlib
-w, h = 800, 600
-raw = b"".join(b"\x00" + bytes([0x20, 0x80, 0xC0]) * w for _ in range(h))
-chunk = lambda t, d: struct.pack(">I", len(d)) + t + d + struct.pack(">I", zlib.crc32(t + d) & 0xFFFFFFFF)
-open(sys.argv[1], "wb").write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", w, h, 8, 2, 0, 0, 0))
-                              + chunk(b"IDAT", zlib.compress(raw)) + chunk(b"IEND", b""))
-PY
-krita --nosplash "$WORK/blue.png" >"$WORK/krita.log" 2>&1 &
-KRITA_PID=$!
-PIDS+=($KRITA_PID)
-
-# Krita builds its resource database on a first start, minutes on a loaded machine; the plug-in listens once
-# Krita's window is up.
-for _ in $(seq 400); do [[ -S $SOCKET ]] && break; kill -0 $KRITA_PID 2>/dev/null || fail "Krita exited"; sleep 1; done
-[[ -S $SOCKET ]] || fail "the plug-in never listened; $(grep -i -E 'python|error' "$WORK/krita.log" | tail -5)"
-retry_for 60 kro get --primary --app org.kde.krita || fail "the plug-in never answered: $LAST"
+start_program
 
 kro send --primary FF0080 --app org.kde.krita || fail "send --primary"
 [[ $(kro get --primary --app org.kde.krita) == FF0080 ]] || fail "get --primary did not return what was set"
@@ -79,12 +59,12 @@ for _ in $(seq 20); do [[ $(kro get --primary --app Krita) == 2080C0 ]] && break
 xdotool key Escape
 
 # A Krita that stops answering: the read fails and nothing hangs.
-kill -STOP $KRITA_PID
+kill -STOP $PROGRAM_PID
 start=$SECONDS
 kro get --primary --app Krita >"$WORK/get.out" 2>&1 && fail "a read from a stopped Krita succeeded: $(cat "$WORK/get.out")"
 # The two-second limit itself is the unit tests' to check; here only that nothing hangs on a loaded machine.
 ((SECONDS - start <= 30)) || fail "the failed read hung for $((SECONDS - start)) s"
-kill -KILL $KRITA_PID
+kill -KILL $PROGRAM_PID
 
 stop_agent
 echo "krita bridge test passed"

@@ -11,11 +11,14 @@ class KroBridge(Extension):
         self.server = None
 
     def setup(self):
-        self.server = BridgeServer(KritaColors(Krita.instance()))
-        self.server.start()
+        pass
 
     def createActions(self, window):
-        pass
+        # Listening starts with the first window: before it, Krita's loop is busy loading its resources and
+        # could not answer.
+        if self.server is None:
+            self.server = BridgeServer(KritaColors(Krita.instance()))
+            self.server.start()
 
 
 Krita.instance().addExtension(KroBridge(Krita.instance()))
