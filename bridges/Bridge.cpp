@@ -8,14 +8,11 @@
 #include "formats/color/NamedColors.h"
 
 namespace kro {
-namespace {
 
 std::string lowerCase(std::string text) {
     for (auto& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     return text;
 }
-
-}  // namespace
 
 std::optional<ColorValue> cssColor(const std::string& value) {
     auto text = lowerCase(value);
@@ -32,8 +29,6 @@ std::optional<ColorValue> cssColor(const std::string& value) {
     }
     return ColorValue::rgb(bytes[0] / 255.0, bytes[1] / 255.0, bytes[2] / 255.0);
 }
-
-
 
 Rgb8 rgb8(const ColorValue& color) {
     const auto srgb = color.usingColorSpace(ColorSpace::sRGB());

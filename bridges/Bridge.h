@@ -67,6 +67,8 @@ struct Rgb8 {
     int blue = 0;
 };
 Rgb8 rgb8(const ColorValue& color);
+// ASCII letters in lower case: names of applications and colours compare so.
+std::string lowerCase(std::string text);
 // "#rrggbb".
 std::string cssHex(const Rgb8& color);
 // An opaque colour from "#rgb", "#rrggbb" or a CSS colour name, in any case; nothing for any other text.

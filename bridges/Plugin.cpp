@@ -34,11 +34,6 @@ const PluginItemFunctionMap& setMap(const PluginItem& item, PickerPlugin slot) {
     return slot == PickerPlugin::primary ? item.setPrimaryColor : item.setSecondaryColor;
 }
 
-std::string lowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
 std::string displayName(const PluginItem& item) { return item.name.value_or(item.bundle.value_or("the application")); }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "bridges/Bridge.h"
 #include "library/JsonDecode.h"
 #include "platform/Crypto.h"
 
@@ -21,11 +22,6 @@ PluginItemFunctionMap functionMap(const Json& object, const char* key) {
 }
 
 // A PNG whose header names a picture of some size: enough for a menu to show it.
-std::string lowerCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
 bool isImage(const std::string& bytes) {
     static constexpr std::string_view signature("\x89PNG\r\n\x1a\n", 8);
     if (bytes.size() < 24 || bytes.compare(0, signature.size(), signature) != 0) return false;

@@ -11,7 +11,7 @@ import re
 import socket
 import struct
 
-from PyQt5.QtCore import QObject, QSocketNotifier
+from PyQt5.QtCore import QObject, QSocketNotifier, QTimer
 
 SOCKET_NAME = "kroapp.Kro.krita.socket"
 # A request is a few dozen bytes; a peer that sends more is not Kro.
@@ -69,6 +69,9 @@ class KritaColors:
         view = window.activeView() if window else None
         if view is None or view.document() is None:
             raise LookupError("no image is open in Krita")
+        # A view is made before it is shown and ready; its colours are asked for only once it is.
+        if not window.qwindow().isVisible() or not view.visible() or view.canvas() is None:
+            raise LookupError("Krita is still opening the image")
         return view
 
     def get(self, slot):
@@ -120,9 +123,11 @@ class Connection(QObject):
         self.close()
 
     def close(self):
+        # This runs inside the notifier's own signal: the notifier and this object go on a later turn of
+        # Krita's loop, never while Qt is still delivering to them.
         self.notifier.setEnabled(False)
         self.sock.close()
-        self.server.connections.discard(self)
+        QTimer.singleShot(0, lambda: self.server.connections.discard(self))
 
 
 class BridgeServer(QObject):
