@@ -114,10 +114,14 @@ class Connection(QObject):
             self.reply({"ok": False, "error": "the request is too long"})
 
     def reply(self, answer):
+        # Kro may have given up and gone: a write to a closed peer must fail here, not raise SIGPIPE, which
+        # Krita does not ignore and which would end Krita.
+        data = (json.dumps(answer) + "\n").encode("utf-8")
         try:
             self.sock.setblocking(True)
             self.sock.settimeout(1.0)
-            self.sock.sendall((json.dumps(answer) + "\n").encode("utf-8"))
+            while data:
+                data = data[self.sock.send(data, socket.MSG_NOSIGNAL):]
         except OSError:
             pass
         self.close()
