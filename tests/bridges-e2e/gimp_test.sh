@@ -29,12 +29,7 @@ kro send --primary 'rgb(1, 2' --app org.gimp.GIMP && fail "a broken colour was s
 [[ $(gimp_color foreground) == "((255 0 128))" ]] || fail "a refused colour changed GIMP's foreground"
 
 # The picker over GIMP's picture, in "Send to software": a click sends the pixel to GIMP's foreground.
-window=$(program_window gimp)
-[[ -n $window ]] || fail "no GIMP window"
-xdotool windowactivate --sync "$window" 2>/dev/null || true
-point_at_middle "$window"
-open_picker_in_plugin_mode
-xdotool click 1
+click_in_plugin_mode_over gimp
 for _ in $(seq 40); do [[ $(gimp_color foreground) == "((32 128 192))" ]] && break; sleep 0.25; done
 [[ $(gimp_color foreground) == "((32 128 192))" ]] || fail "the pick did not reach GIMP: $(gimp_color foreground); $(agent_log | grep -i gimp | tail -3)"
 xdotool key Escape
@@ -45,7 +40,7 @@ SEND_PID=$!
 kill -KILL $PROGRAM_PID
 start=$SECONDS
 wait $SEND_PID && fail "a send to a GIMP that went away succeeded"
-# The two-second limit itself is the unit tests\' to check; here only that nothing hangs on a loaded machine.
+# The two-second limit itself is the unit tests' to check; here only that nothing hangs on a loaded machine.
 ((SECONDS - start <= 30)) || fail "the failed send hung for $((SECONDS - start)) s"
 grep -q "did not take the colour" "$WORK/send.out" || fail "the failure says: $(cat "$WORK/send.out")"
 [[ $(clipboard) =~ ^#?123456$ ]] || fail "the clipboard after the failed send: '$(clipboard)'"

@@ -30,13 +30,7 @@ kro send --secondary 00C0FF --app Inkscape || fail "send --secondary"
 [[ $(kro get --secondary --app Inkscape) == 00C0FF ]] || fail "get --secondary did not return what was set"
 
 # The picker over the backdrop, in "Send to software": a click fills the selected square with its colour.
-window=$(program_window inkscape)
-[[ -n $window ]] || fail "no Inkscape window"
-xdotool windowactivate --sync "$window" 2>/dev/null || true
-sleep 0.5
-point_at_middle "$window"
-open_picker_in_plugin_mode
-xdotool click 1
+click_in_plugin_mode_over inkscape
 for _ in $(seq 20); do [[ $(square_style) == *"fill:#cc3300"* ]] && break; sleep 0.25; done
 [[ $(square_style) == *"fill:#cc3300"* ]] || fail "the pick did not reach Inkscape: $(square_style); $(agent_log | grep -i inkscape | tail -3)"
 xdotool key Escape
@@ -45,7 +39,7 @@ xdotool key Escape
 kill -STOP $PROGRAM_PID
 start=$SECONDS
 kro get --primary --app org.inkscape.Inkscape >"$WORK/get.out" 2>&1 && fail "a read from a stopped Inkscape succeeded: $(cat "$WORK/get.out")"
-# The two-second limit itself is the unit tests\' to check; here only that nothing hangs on a loaded machine.
+# The two-second limit itself is the unit tests' to check; here only that nothing hangs on a loaded machine.
 ((SECONDS - start <= 30)) || fail "the failed read hung for $((SECONDS - start)) s"
 kill -KILL $PROGRAM_PID
 

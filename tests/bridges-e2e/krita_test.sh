@@ -47,13 +47,7 @@ kro send --secondary 00C0FF --app Krita || fail "send --secondary"
 [[ $(kro get --primary --app Krita) == FF0080 ]] || fail "setting the background changed the foreground"
 
 # The picker over the picture, in "Send to software": a click sends the pixel to Krita's foreground.
-window=$(program_window krita)
-[[ -n $window ]] || fail "no Krita window"
-xdotool windowactivate --sync "$window" 2>/dev/null || true
-sleep 0.5
-point_at_middle "$window"
-open_picker_in_plugin_mode
-xdotool click 1
+click_in_plugin_mode_over krita
 for _ in $(seq 20); do [[ $(kro get --primary --app Krita) == 2080C0 ]] && break; sleep 0.25; done
 [[ $(kro get --primary --app Krita) == 2080C0 ]] || fail "the pick did not reach Krita: $(kro get --primary --app Krita)"
 xdotool key Escape

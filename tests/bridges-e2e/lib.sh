@@ -41,12 +41,6 @@ retry_for() {
 # The window of a program by its WM_CLASS, the most recently mapped one.
 program_window() { { xdotool search --onlyvisible --class "$1" 2>/dev/null || true; } | tail -1; }
 
-# Moves the pointer to the middle of a window.
-point_at_middle() {
-    eval "$(xdotool getwindowgeometry --shell "$1")"
-    xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT / 2))
-}
-
 # A one-colour PNG of the given size: the middle of a window showing it is that colour.
 write_picture() {
     python3 - "$1" "$2" "$3" <<'PY'
@@ -115,8 +109,16 @@ SVG
     esac
 }
 
-# Opens the picker, switches it to "Send to software" through its mode menu (held Ctrl), and leaves it open.
-open_picker_in_plugin_mode() {
+# Over the middle of the program's window (found by WM_CLASS, brought to the front), opens the picker, switches it
+# to "Send to software" through its mode menu (held Ctrl) and clicks once; the picker stays open.
+click_in_plugin_mode_over() {
+    local window
+    window=$(program_window "$1")
+    [[ -n $window ]] || fail "no window of $1"
+    xdotool windowactivate --sync "$window" 2>/dev/null || true
+    sleep 0.5
+    eval "$(xdotool getwindowgeometry --shell "$window")"
+    xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT / 2))
     xdotool key ctrl+alt+p
     sleep 1.5
     xdotool keydown ctrl
@@ -126,4 +128,5 @@ open_picker_in_plugin_mode() {
     # Pick Color, Multiple Colors, Send to software.
     xdotool key Down Down Down Return
     sleep 1.0
+    xdotool click 1
 }
