@@ -1,5 +1,6 @@
 #include "platform/linux/QtPopUpMenu.h"
 
+#include <QGuiApplication>
 #include <QIcon>
 #include <QMenu>
 #include <QPixmap>
@@ -35,7 +36,9 @@ void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::f
         }, Qt::QueuedConnection);
     });
     const auto size = menu->sizeHint();
-    menu->popup(QPoint(static_cast<int>(at.x) - size.width() / 2, static_cast<int>(at.y)));
+    // `at` is in the display's pixels, the menu's place in Qt's scaled points.
+    const qreal ratio = qGuiApp->devicePixelRatio();
+    menu->popup(QPoint(static_cast<int>(at.x / ratio) - size.width() / 2, static_cast<int>(at.y / ratio)));
 }
 
 }  // namespace kro
