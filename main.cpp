@@ -37,6 +37,10 @@
 #include "platform/linux/X11PointerControl.h"
 #include "platform/linux/X11ScreenCapture.h"
 #include "platform/linux/X11Workspace.h"
+#include "platform/linux/X11ActiveApplication.h"
+#include "platform/linux/QtDropFolder.h"
+#include "platform/linux/QtLocalSocketClient.h"
+#include "platform/linux/QtSessionBus.h"
 #include "workspaces/QtLoupeWindow.h"
 #include "workspaces/QtWindowFactory.h"
 
@@ -133,6 +137,15 @@ int runAgent(int argc, char** argv) {
     desktop.workspace = &workspace;
     kro::QtWindowFactory windows;
     desktop.windows = &windows;
+    // The design-application bridges: the application in front and the channels to GIMP, Inkscape, Krita.
+    kro::X11ActiveApplication activeApplication;
+    kro::QtSessionBus sessionBus;
+    kro::QtDropFolder dropFolder(paths.runtimeDir + "/" + kro::kBundleIdentifier + "/answers");
+    kro::QtLocalSocketClient localSockets;
+    desktop.activeApplication = &activeApplication;
+    desktop.sessionBus = &sessionBus;
+    desktop.dropFolder = &dropFolder;
+    desktop.localSockets = &localSockets;
     kro::AppDelegate delegate(desktop);
     windows.setDelegate(&delegate);
     loupe.setPicker(&delegate.picker());

@@ -60,10 +60,11 @@ void AppDelegate::copyColor(const ColorRef& color, bool clipboard, ColorDelivery
     const auto value = color->colorValue();
     clipboardColor = value;
     redrawStatusButton();
-    if (target != ColorDeliveryTarget::clipboard) {
-        // Sending to a design application needs its bridge; without one the colour takes the plain road.
-        SHERLOG("No design application takes the colour; it goes to the clipboard", SherlogLevel::debug);
-    }
+    if (target == ColorDeliveryTarget::clipboard) return deliverPlainly(value, clipboard);
+    deliverToApplication(value, clipboard, target);
+}
+
+void AppDelegate::deliverPlainly(const ColorValue& value, bool clipboard) {
     sendOutputToClipboard(clipboard, ColorFormats::shared().clipboardString(value));
     const auto label = ColorFormats::shared().pickerString(value);
     env().mainQueue->post([this, label] { showStatusTooltip(label, kTooltipSeconds); });
@@ -104,13 +105,6 @@ void AppDelegate::pickerDidPick(const ColorValue& color, PickerSource source) {
     // Written a second time by the central path, with the same text.
     copyColor(picked, true, ColorDeliveryTarget::clipboard);
     Settings::shared().setColorSort(PaletteColorSort::none);
-}
-
-void AppDelegate::pickerDidSend(const ColorValue& color, PickerPlugin destination) {
-    sendOutputToClipboard(true, ColorFormats::shared().clipboardString(color));
-    clipboardColor = color;
-    Sound::playColor();
-    SHERLOG("No design application bridge for the " + text(destination) + " colour", SherlogLevel::debug);
 }
 
 void AppDelegate::pickerNeedsAccessibility() {

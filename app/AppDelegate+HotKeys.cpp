@@ -40,10 +40,9 @@ void AppDelegate::hotKeyDidPress(HotKeyIdentifier identifier) {
         case HotKeyIdentifier::openContrastChecker: openContrastWindowWithRandomColors(); break;
         case HotKeyIdentifier::openStatusMenu: openMenuWindow(); break;
         case HotKeyIdentifier::openMainMenu: openMainWindow(); break;
-        case HotKeyIdentifier::getPrimaryColor:
-        case HotKeyIdentifier::getSecondaryColor:
-            SHERLOG("No design application bridge answers " + text(identifier), SherlogLevel::info);
-            break;
+        // Either colour read is delivered to the application's primary slot.
+        case HotKeyIdentifier::getPrimaryColor: getApplicationColor(PickerPlugin::primary, ColorDeliveryTarget::primary); break;
+        case HotKeyIdentifier::getSecondaryColor: getApplicationColor(PickerPlugin::secondary, ColorDeliveryTarget::primary); break;
         case HotKeyIdentifier::pickColorEnter:
             afterHint([&picker] { picker.confirm(PickerConfirmTrigger::enter); });
             break;

@@ -3,6 +3,7 @@
 #include <mutex>
 
 #include "app/URLCommand.h"
+#include "bridges/Plugin.h"
 #include "cloud/CloudSync.h"
 #include "cloud/ConfiguredCloudSession.h"
 #include "cloud/Snapshots.h"
@@ -81,6 +82,13 @@ AppDelegate::AppDelegate(Desktop desktop) : desktop_(desktop) {
                                                       desktop_.workspace, desktop_.popUpMenu, desktop_.keySimulator});
     Sound::setPlayer(desktop_.sound);
     CMD::setKeySimulator(desktop_.keySimulator);
+    Plugin::shared().setServices({desktop_.activeApplication, desktop_.sessionBus, desktop_.dropFolder, desktop_.localSockets,
+                                  desktop_.clipboard});
+    // "Send to software" is offered while the application in front has an entry with an icon.
+    picker_->pluginIcon = [] {
+        const auto& current = Plugin::shared().current;
+        return current ? current->iconImage() : std::nullopt;
+    };
     if (desktop_.statusItem) desktop_.statusItem->onActivated = [this] { statusItemDidPress(); };
 }
 
@@ -122,10 +130,12 @@ void AppDelegate::applicationDidFinishLaunching() {
     SmartFormats::shared().load();
     SmartProfiles::shared().load();
     Snapshots::shared().load();
+    Plugin::shared().load();
     ColorList::shared();
 
     registerShortcuts();
     createWindowControllers();
+    Plugin::shared().startTracking();
     addObservers();
 
     User::shared()->fixUUIDS();
@@ -281,6 +291,7 @@ void AppDelegate::applicationOpenFiles(const std::vector<std::string>& paths) {
 }
 
 void AppDelegate::handleAgentRequest(const std::string& line, const std::function<void(const std::string& reply)>& reply) {
+    if (isBridgeRequest(line)) return handleBridgeRequest(line, reply);
     const auto request = Json::parse(line, nullptr, false);
     if (isChangeRequest(request)) {
         return handleChangeRequest(request, [reply](const Json& answer) { reply(compactText(answer)); });

@@ -97,6 +97,15 @@ public:
     void sendOutputToClipboard(bool clipboard, const std::string& output);
     // Every shortcut press (AppDelegate+HotKeys.cpp).
     void hotKeyDidPress(HotKeyIdentifier identifier);
+    // Design applications (AppDelegate+Bridges.cpp). Reads the slot's colour of the application in front
+    // (or of the one named): the first colour read is delivered by `copyColor` with `delivery`, and the
+    // colours join the library; `done` gets them, empty when none.
+    void getApplicationColor(PickerPlugin slot, ColorDeliveryTarget delivery,
+                             const std::optional<std::string>& application = std::nullopt,
+                             std::function<void(const std::vector<ColorValue>&)> done = {});
+    // `kro get` and `kro send` through the agent.
+    static bool isBridgeRequest(const std::string& line);
+    void handleBridgeRequest(const std::string& line, const std::function<void(const std::string& reply)>& reply);
     Picker& picker() { return *picker_; }
 
     AppState appState = AppState::valid;
@@ -138,6 +147,13 @@ private:
     void formatUpdated();
     // A store that could not be saved, or whose damaged file was put aside: one notice at the tray.
     void storeProblemNotice(const StoreProblem& problem);
+    // Sets the slot of the application in front (or of the one named); `done` says whether it took the colour.
+    void sendToApplication(const ColorValue& color, PickerPlugin slot, const std::optional<std::string>& application,
+                           std::function<void(bool)> done);
+    // The plain delivery of `copyColor`: the default text and the colour tooltip.
+    void deliverPlainly(const ColorValue& value, bool clipboard);
+    // `copyColor` to a slot of the application in front, falling back to the plain delivery.
+    void deliverToApplication(const ColorValue& value, bool clipboard, ColorDeliveryTarget target);
 
     Desktop desktop_;
     std::unique_ptr<Picker> picker_;

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "cli/AccountCommands.h"
+#include "cli/BridgeCommands.h"
 #include "cli/ColorCommands.h"
 #include "cli/DocumentCommands.h"
 #include "cli/ExchangeCommands.h"
@@ -34,6 +35,7 @@ const CommandTable& commandTable() {
         registerAccountCommands(commands);
         registerDocumentCommands(commands);
         registerLibraryCommands(commands);
+        registerBridgeCommands(commands);
         return commands;
     }();
     return table;

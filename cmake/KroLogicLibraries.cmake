@@ -2,7 +2,7 @@
 # for programs (the command line, fuzz targets, benchmarks) that may use any of them.
 function(kro_logic_libraries out)
   set(libs "")
-  foreach(lib kro_cli kro_cloud kro_documents kro_picker kro_formats kro_exchange kro_library kro_color kro_platform)
+  foreach(lib kro_cli kro_cloud kro_documents kro_bridges kro_picker kro_formats kro_exchange kro_library kro_color kro_platform)
     if(TARGET ${lib})
       list(APPEND libs ${lib})
     endif()

@@ -409,16 +409,17 @@ void Picker::dismissHint(double seconds, std::function<void()> completion) {
 void Picker::showModeMenu() {
     if (!services_.menu || !services_.pointer) return;
     std::vector<PopUpMenuItem> items;
-    const auto add = [&](const char* title, PickerMode itemMode) {
-        items.push_back({title, [this, itemMode] {
+    const auto add = [&](const char* title, PickerMode itemMode, std::string icon = {}) {
+        items.push_back({title,
+                         [this, itemMode] {
                              mode = itemMode;
                              open(source, 0.05);
                          },
-                         mode == itemMode});
+                         mode == itemMode, std::move(icon)});
     };
     add("Pick Color", PickerMode::standard);
     add("Multiple Colors", PickerMode::multiple);
-    // "Send to software" joins the menu when a design application's bridge reports the frontmost one.
+    if (auto icon = pluginIcon ? pluginIcon() : std::nullopt) add("Send to software", PickerMode::plugin, std::move(*icon));
     add("Check Contrast", PickerMode::contrast);
     const auto mouse = services_.pointer->location();
     services_.menu->popUp(std::move(items), {mouse.x, mouse.y + 10}, {});

@@ -86,6 +86,9 @@ public:
     int showGeneration = 0;
     std::shared_ptr<SmartProfileItem> smartProfileItem;
     PickerDelegate* pickerDelegate = nullptr;
+    // The PNG icon of the design application in front, when it has a bridge and an icon: the mode menu then
+    // offers "Send to software".
+    std::function<std::optional<std::string>()> pluginIcon;
 
 private:
     void show();

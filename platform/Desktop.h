@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/ActiveApplication.h"
+#include "platform/BridgeChannels.h"
 #include "platform/ColorValue.h"
 #include "platform/HotKeyCenter.h"
 #include "platform/KeySimulator.h"
@@ -103,6 +105,11 @@ struct Desktop {
     Workspace* workspace = nullptr;
     // The windows; without it the agent is the tray icon and the picker alone.
     WindowFactory* windows = nullptr;
+    // The design-application bridges: the application in front and the channels to the applications.
+    ActiveApplicationMonitor* activeApplication = nullptr;
+    SessionBus* sessionBus = nullptr;
+    DropFolder* dropFolder = nullptr;
+    LocalSocketClient* localSockets = nullptr;
 };
 
 }  // namespace kro

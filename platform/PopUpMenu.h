@@ -12,6 +12,7 @@ struct PopUpMenuItem {
     std::string title;  // empty: a separator
     std::function<void()> action;
     bool checked = false;
+    std::string icon{};  // PNG bytes, or empty
 };
 
 class PopUpMenu {

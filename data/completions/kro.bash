@@ -2,7 +2,7 @@
 # always those of the installed version (and of the user's own catalogue).
 
 _kro_commands="open format formats name contrast simulate scan convert inspect palette-formats import export
-snapshot undo redo sync account help"
+snapshot undo redo sync account get send krita-plugin help"
 
 # Adds the words of the list (one per line) that start with the current word, quoted for the shell.
 _kro_reply_lines() {

@@ -19,6 +19,9 @@ set -l kro_described \
     'redo:Make the last undone change again' \
     'sync:Synchronize the library once' \
     'account:Show, set or remove the sync account' \
+    'get:Read the color of a design program' \
+    'send:Set the color of a design program' \
+    'krita-plugin:Install or remove the Krita plug-in' \
     'help:The usage of a command'
 set -l kro_commands (string replace -r ':.*' '' -- $kro_described)
 

@@ -1,6 +1,9 @@
 #include "platform/linux/QtPopUpMenu.h"
 
+#include <QGuiApplication>
+#include <QIcon>
 #include <QMenu>
+#include <QPixmap>
 
 #include <memory>
 
@@ -18,6 +21,9 @@ void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::f
         auto* action = menu->addAction(QString::fromStdString(item.title));
         action->setCheckable(item.checked);
         action->setChecked(item.checked);
+        if (QPixmap icon; !item.icon.empty() && icon.loadFromData(QByteArray::fromStdString(item.icon), "PNG")) {
+            action->setIcon(QIcon(icon));
+        }
         QObject::connect(action, &QAction::triggered, menu, [run = item.action, chosen] {
             *chosen = true;
             if (run) run();
@@ -30,7 +36,9 @@ void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::f
         }, Qt::QueuedConnection);
     });
     const auto size = menu->sizeHint();
-    menu->popup(QPoint(static_cast<int>(at.x) - size.width() / 2, static_cast<int>(at.y)));
+    // `at` is in the display's pixels, the menu's place in Qt's scaled points.
+    const qreal ratio = qGuiApp->devicePixelRatio();
+    menu->popup(QPoint(static_cast<int>(at.x / ratio) - size.width() / 2, static_cast<int>(at.y / ratio)));
 }
 
 }  // namespace kro
