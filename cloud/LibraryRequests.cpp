@@ -14,7 +14,7 @@ std::string listLine(const Snapshot& snapshot) {
     const std::size_t colors = snapshot.history ? snapshot.history->colors.size() : 0;
     return snapshot.uuid + "  " + snapshot.createdAt + "  " + text(snapshot.machine) + " " +
            snapshot.device.value_or("unknown device") + "  " + std::to_string(snapshot.palettes.size()) +
-           " palettes, " + std::to_string(colors) + " history colours";
+           " palettes, " + std::to_string(colors) + " history colors";
 }
 
 Json snapshotRequest(const Json& request) {

@@ -94,7 +94,7 @@ TEST(ColorCommandsTest, WrongCommandLinesAndBadColours) {
         EXPECT_EQ(result.out, "") << c.name;
         EXPECT_FALSE(result.err.empty());
     }
-    EXPECT_EQ(run("simulate", {"protanopia", "ff0000", "#fff"}).err, "kro: cannot read colour '#fff'\n");
+    EXPECT_EQ(run("simulate", {"protanopia", "ff0000", "#fff"}).err, "kro: cannot read color '#fff'\n");
 }
 
 }  // namespace

@@ -77,7 +77,7 @@ TEST_F(FormatCommandsTest, ErrorsChangeAndWriteNothing) {
     result = run("format", {"FF0080", "not a colour"});
     EXPECT_EQ(result.status, exitFailed);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "kro: cannot read colour 'not a colour'\n");
+    EXPECT_EQ(result.err, "kro: cannot read color 'not a colour'\n");
 
     for (const auto& args : std::vector<std::vector<std::string>>{
              {}, {"--format", "CSS Hex"}, {"--format"}, {"--format", "A", "--template", "B", "FF0080"}}) {

@@ -24,7 +24,7 @@ TEST(NameCommandTest, ABadColourFailsBeforeAnythingIsWritten) {
         auto run = runName({"FF0000", bad});
         EXPECT_EQ(run.status, exitFailed) << bad;
         EXPECT_EQ(run.out, "") << bad;
-        EXPECT_EQ(run.err, "kro: cannot read colour '" + std::string(bad) + "'\n");
+        EXPECT_EQ(run.err, "kro: cannot read color '" + std::string(bad) + "'\n");
     }
 }
 
