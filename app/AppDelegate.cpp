@@ -164,7 +164,7 @@ void AppDelegate::addObservers() {
 void AppDelegate::buildStatusMenu() {
     if (!desktop_.statusItem) return;
     std::vector<StatusMenuItem> items;
-    items.push_back({"Pick Colour", [this] { openPicker(PickerSource::standard); }});
+    items.push_back({"Pick Color", [this] { openPicker(PickerSource::standard); }});
     // The recent history until the menu window exists: a click copies the colour again.
     const auto& history = User::shared()->history->colors;
     if (!history.empty()) items.push_back({});
@@ -276,6 +276,7 @@ void AppDelegate::handleAgentRequest(const std::string& line, const std::functio
     if (isLibraryRequest(request)) {
         return handleLibraryRequest(request, [reply](const Json& answer) { reply(compactText(answer)); });
     }
+    if (isPickRequest(request)) return handlePickRequest(request, reply);
     if (!request.is_object() || !request.contains("open") || !request["open"].is_array()) {
         return reply(compactText(Json{{"ok", false}, {"error", "the agent did not understand the request"}}));
     }

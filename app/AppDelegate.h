@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "app/PickRequest.h"
 #include "library/Color.h"
 #include "library/Palette.h"
 #include "picker/HotKey.h"
@@ -67,6 +68,9 @@ public:
     // Pops up the menu that puts the colours of a multiple or contrast session in a new or existing palette.
     void pickerDidPick(const std::vector<ColorValue>& colors) override;
     void pickerNeedsAccessibility() override;
+    void pickerDidClose() override;
+    // `kro pick`: opens the loupe and answers through `reply` once the colours are picked (AppDelegate+PickRequest.cpp).
+    void handlePickRequest(const Json& request, const std::function<void(const std::string& reply)>& reply);
     // A choice of that menu: `palette` null means a new palette.
     void menuItemDidPress(const PaletteRef& palette, const std::vector<ColorValue>& colors);
     // The single way for a view to use a colour: the clipboard text, the status icon, the tooltip.
@@ -97,10 +101,15 @@ private:
     void snapshotCheck();
     void registerShortcuts();
     void formatUpdated();
+    void openPickerForRequest();
+    void finishPickRequest(const Json& answer);
 
     Desktop desktop_;
     std::unique_ptr<Picker> picker_;
     std::vector<NotificationCenter::Token> observers_;
+    // The command-line pick under way, and where its answer goes.
+    std::optional<PickRequest> pendingPick_;
+    std::function<void(const std::string&)> pendingPickReply_;
 };
 
 }  // namespace kro

@@ -9,6 +9,7 @@
 #include "cli/FormatCommands.h"
 #include "cli/LibraryCommands.h"
 #include "cli/NameCommand.h"
+#include "cli/PickCommand.h"
 
 namespace kro::cli {
 
@@ -22,6 +23,7 @@ const CommandTable& commandTable() {
         registerAccountCommands(commands);
         registerDocumentCommands(commands);
         registerLibraryCommands(commands);
+        registerPickCommand(commands);
         return commands;
     }();
     return table;

@@ -29,6 +29,8 @@ public:
     virtual void pickerDidPick(const std::vector<ColorValue>& colors) = 0;
     // The session needs the permission to control the keyboard and does not have it.
     virtual void pickerNeedsAccessibility() {}
+    // A session ended, after its pick was delivered or without one.
+    virtual void pickerDidClose() {}
 };
 
 }  // namespace kro

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include "platform/linux/X11Screens.h"
+
 namespace kro {
 
 void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::function<void()> dismissed) {
@@ -30,7 +32,8 @@ void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::f
         }, Qt::QueuedConnection);
     });
     const auto size = menu->sizeHint();
-    menu->popup(QPoint(static_cast<int>(at.x) - size.width() / 2, static_cast<int>(at.y)));
+    const auto point = x11::fromNative({at.x, at.y}).toPoint();
+    menu->popup(QPoint(point.x() - size.width() / 2, point.y()));
 }
 
 }  // namespace kro
