@@ -22,6 +22,7 @@
 #include "library/Sherlog.h"
 #include "library/User.h"
 #include "picker/CMD.h"
+#include "picker/HotKeyLabel.h"
 #include "picker/HotKeys.h"
 #include "picker/Sound.h"
 #include "platform/AgentChannel.h"
@@ -141,6 +142,19 @@ void AppDelegate::applicationDidFinishLaunching() {
     applyDockState();
     redrawStatusButton();
     restartAutoImportTimer();
+    explainMissingTray();
+}
+
+void AppDelegate::explainMissingTray() {
+    if (!desktop_.statusItem || desktop_.statusItem->isInTray()) return;
+    std::string hotKey;
+    if (const auto* key = HotKeys::shared().hotKey(HotKeyIdentifier::openPicker); key && key->enabled() && !key->deleted) {
+        hotKey = readableShortcutLabel(key->flags, key->code) + ", ";
+    }
+    desktop_.statusItem->notify("Kro is running without a tray icon",
+                                "This desktop shows no tray, so Kro has no icon. Pick a color with " + hotKey +
+                                    "with the Pick Color action of Kro in the applications menu, or with "
+                                    "\"kro open kro://picker\". The icon appears once a tray does.");
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -182,8 +196,12 @@ void AppDelegate::buildStatusMenu() {
 
 void AppDelegate::redrawStatusButton() {
     if (!desktop_.statusItem) return;
-    const bool showColor = Preferences::shared().displayLastColor() && clipboardColor;
-    desktop_.statusItem->redraw(showColor ? clipboardColor : std::nullopt);
+    // Until a colour is delivered in this run, the icon shows the newest of the history, so that it keeps
+    // the last colour across a restart.
+    auto shown = clipboardColor;
+    if (const auto& history = User::shared()->history->colors; !shown && !history.empty()) shown = history.front()->colorValue();
+    const bool showColor = Preferences::shared().displayLastColor() && shown;
+    desktop_.statusItem->redraw(showColor ? shown : std::nullopt);
 }
 
 void AppDelegate::applyTheme() {

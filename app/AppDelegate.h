@@ -101,6 +101,8 @@ private:
     void snapshotCheck();
     void registerShortcuts();
     void formatUpdated();
+    // Where no tray shows the icon, tells the person once how else to reach Kro.
+    void explainMissingTray();
     void openPickerForRequest();
     void finishPickRequest(const Json& answer);
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/AppDelegate.h"
+#include "formats/color/ColorConversions.h"
 #include "library/Preferences.h"
 #include "library/User.h"
 #include "platform/testing/FakeDesktop.h"
@@ -53,6 +54,40 @@ TEST_F(AppDelegateTest, MalformedCommandsDoNothingAndSayNothing) {
     EXPECT_EQ(User::shared()->palettes.size(), 1u);
     EXPECT_EQ(fake.tooltip.messages.size(), before);
     EXPECT_TRUE(environment.notifications.postedNames().empty());
+}
+
+TEST_F(AppDelegateTest, AfterARestartTheTrayIconShowsTheNewestColourOfTheHistory) {
+    EXPECT_FALSE(fake.statusItem.lastColor) << "an empty history leaves the plain icon";
+    delegate->handleURL("kro://color/hex/FF0080/Hot%20Pink");
+    delegate->handleURL("kro://color/hex/00A0FF/Sky");
+
+    delegate.reset();
+    User::resetShared();
+    FakeDesktop restarted;
+    delegate = std::make_unique<AppDelegate>(restarted.desktop());
+    delegate->applicationDidFinishLaunching();
+    environment.queue.runDue();
+    ASSERT_TRUE(restarted.statusItem.lastColor);
+    EXPECT_EQ(hexText(*restarted.statusItem.lastColor), "00A0FF");
+
+    Preferences::shared().setDisplayLastColor(false);
+    delegate->redrawStatusButton();
+    EXPECT_FALSE(restarted.statusItem.lastColor) << "unless the last colour is not to be shown";
+}
+
+TEST_F(AppDelegateTest, WithoutATrayThePersonIsToldOnceHowToReachKro) {
+    EXPECT_TRUE(fake.statusItem.notifications.empty()) << "the tray shows the icon";
+
+    delegate.reset();
+    FakeDesktop trayless;
+    trayless.statusItem.inTray = false;
+    delegate = std::make_unique<AppDelegate>(trayless.desktop());
+    delegate->applicationDidFinishLaunching();
+    environment.queue.advance(Seconds(120));
+    ASSERT_EQ(trayless.statusItem.notifications.size(), 1u);
+    const auto& message = trayless.statusItem.notifications[0];
+    EXPECT_NE(message.find("Ctrl+Alt+P"), std::string::npos) << message;
+    EXPECT_NE(message.find("kro open kro://picker"), std::string::npos) << message;
 }
 
 TEST_F(AppDelegateTest, EitherSettingPostingTheSharedNameRestartsTheImportTimerAndRedraws) {
