@@ -28,6 +28,8 @@ cleanup() {
     if ((status != 0)); then
         echo "--- agent log ---"
         cat "$WORK"/agent-*.log 2>/dev/null | tail -60 || true
+        echo "--- X server log ---"
+        tail -20 "$WORK/xvfb.log" 2>/dev/null || true
     fi
     rm -rf "$WORK"
     exit $status
