@@ -105,7 +105,7 @@ void AppDelegate::handleBridgeRequest(const std::string& line, const std::functi
     if (operation == "get") {
         // A read from the command line changes nothing in the application: the colour goes to the clipboard.
         return getApplicationColor(slot, ColorDeliveryTarget::clipboard, application, [answer, name](const std::vector<ColorValue>& colors) {
-            if (colors.empty()) return answer(failure(name + " gave no colour"));
+            if (colors.empty()) return answer(failure(name + " gave no color"));
             Json lines = Json::array();
             for (const auto& color : colors) lines.push_back(hexText(color));
             answer(Json{{"ok", true}, {"lines", lines}});
@@ -114,13 +114,13 @@ void AppDelegate::handleBridgeRequest(const std::string& line, const std::functi
     // The command line sends six hex digits; anything else is refused before it reaches an application.
     const auto hex = request.contains("color") && request["color"].is_string() ? request["color"].get<std::string>() : "";
     const auto color = hex.size() == 6 ? cssColor("#" + hex) : std::nullopt;
-    if (!color) return answer(failure("the colour is not understood"));
+    if (!color) return answer(failure("the color is not understood"));
     const auto format = target->item->bundle ? smartFormatName(*target->item->bundle) : std::nullopt;
     sendOutputToClipboard(true, ColorFormats::shared().clipboardString(*color, format));
     clipboardColor = *color;
     redrawStatusButton();
     sendToApplication(*color, slot, application, [answer, name](bool taken) {
-        if (!taken) return answer(failure(name + " did not take the colour; it is on the clipboard"));
+        if (!taken) return answer(failure(name + " did not take the color; it is on the clipboard"));
         answer(Json{{"ok", true}, {"lines", Json::array()}});
     });
 }

@@ -105,6 +105,10 @@ void AppDelegate::pickerDidPick(const ColorValue& color, PickerSource source) {
     // Written a second time by the central path, with the same text.
     copyColor(picked, true, ColorDeliveryTarget::clipboard);
     Settings::shared().setColorSort(PaletteColorSort::none);
+    if (pendingPick_) {
+        pendingPick_->lines.push_back(pendingPick_->render(color));
+        pendingPick_->pickedThisSession = true;
+    }
 }
 
 void AppDelegate::pickerNeedsAccessibility() {

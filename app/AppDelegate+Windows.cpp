@@ -55,7 +55,7 @@ void AppDelegate::openContrastWindowWithRandomColors() {
 
 void AppDelegate::openColorPanel() {
     if (appState != AppState::valid || !colorPanelWindowController) {
-        showWindow(colorPanelWindowController.get(), "colour panel");
+        showWindow(colorPanelWindowController.get(), "color panel");
         return;
     }
     // Beside the library window when that is open.

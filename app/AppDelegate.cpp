@@ -25,6 +25,7 @@
 #include "library/User.h"
 #include "library/UserUndo.h"
 #include "picker/CMD.h"
+#include "picker/HotKeyLabel.h"
 #include "picker/HotKeys.h"
 #include "picker/Sound.h"
 #include "platform/AgentChannel.h"
@@ -155,6 +156,19 @@ void AppDelegate::applicationDidFinishLaunching() {
     applyDockState();
     redrawStatusButton();
     restartAutoImportTimer();
+    explainMissingTray();
+}
+
+void AppDelegate::explainMissingTray() {
+    if (!desktop_.statusItem || desktop_.statusItem->isInTray()) return;
+    std::string hotKey;
+    if (const auto* key = HotKeys::shared().hotKey(HotKeyIdentifier::openPicker); key && key->enabled() && !key->deleted) {
+        hotKey = readableShortcutLabel(key->flags, key->code) + ", ";
+    }
+    desktop_.statusItem->notify("Kro is running without a tray icon",
+                                "This desktop shows no tray, so Kro has no icon. Pick a color with " + hotKey +
+                                    "with the Pick Color action of Kro in the applications menu, or with "
+                                    "\"kro open kro://picker\". The icon appears once a tray does.");
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -190,11 +204,11 @@ void AppDelegate::storeProblemNotice(const StoreProblem& problem) {
 void AppDelegate::buildStatusMenu() {
     if (!desktop_.statusItem) return;
     std::vector<StatusMenuItem> items;
-    items.push_back({"Pick Colour", [this] { openPicker(PickerSource::standard); }});
+    items.push_back({"Pick Color", [this] { openPicker(PickerSource::standard); }});
     if (menuWindowController) items.push_back({"Show Menu Window", [this] { openMenuWindow(); }});
     if (mainWindowController) items.push_back({"Open Library", [this] { openMainWindow(); }});
     if (contrastWindowController) items.push_back({"Contrast Checker", [this] { openContrastWindow(); }});
-    if (colorPanelWindowController) items.push_back({"Colour Panel", [this] { openColorPanel(); }});
+    if (colorPanelWindowController) items.push_back({"Color Panel", [this] { openColorPanel(); }});
     if (preferencesWindowController) items.push_back({"Preferences", [this] { openPreferences(); }});
     // The recent history until the menu window exists: a click copies the colour again.
     const auto& history = User::shared()->history->colors;
@@ -211,8 +225,12 @@ void AppDelegate::buildStatusMenu() {
 
 void AppDelegate::redrawStatusButton() {
     if (!desktop_.statusItem) return;
-    const bool showColor = Preferences::shared().displayLastColor() && clipboardColor;
-    desktop_.statusItem->redraw(showColor ? clipboardColor : std::nullopt);
+    // Until a colour is delivered in this run, the icon shows the newest of the history, so that it keeps
+    // the last colour across a restart.
+    auto shown = clipboardColor;
+    if (const auto& history = User::shared()->history->colors; !shown && !history.empty()) shown = history.front()->colorValue();
+    const bool showColor = Preferences::shared().displayLastColor() && shown;
+    desktop_.statusItem->redraw(showColor ? shown : std::nullopt);
 }
 
 void AppDelegate::applyTheme() {
@@ -296,6 +314,7 @@ void AppDelegate::handleAgentRequest(const std::string& line, const std::functio
     if (isChangeRequest(request)) {
         return handleChangeRequest(request, [reply](const Json& answer) { reply(compactText(answer)); });
     }
+    if (isPickRequest(request)) return handlePickRequest(request, reply);
     if (!request.is_object() || !request.contains("open") || !request["open"].is_array()) {
         return reply(compactText(Json{{"ok", false}, {"error", "the agent did not understand the request"}}));
     }
@@ -328,10 +347,10 @@ std::string AppDelegate::runURLCommand(const std::vector<std::string>& component
         openPicker(PickerSource::standard);
     } else if (command == "contrast") {
         const auto pair = split(components[2], ',');
-        if (pair.size() != 2) return "a contrast takes two colours";
+        if (pair.size() != 2) return "a contrast takes two colors";
         auto foreground = colorFromURLComponent(components[1], pair[0]);
         auto background = colorFromURLComponent(components[1], pair[1]);
-        if (!foreground || !background) return "a colour does not read";
+        if (!foreground || !background) return "a color does not read";
         openContrastWindow(*foreground, *background);
     } else if (command == "settings") {
         const auto pane = components.size() == 2 ? preferencesPane(components[1]) : std::nullopt;
@@ -351,7 +370,7 @@ std::string AppDelegate::runURLCommand(const std::vector<std::string>& component
 
 std::string AppDelegate::createColor(const std::vector<std::string>& components) {
     auto value = colorFromURLComponent(components[1], components[2]);
-    if (!value) return "the colour does not read";
+    if (!value) return "the color does not read";
     User::shared()->addColorToTarget(Color::make(*value, components[3]));
     showStatusTooltip("Color Created", kTooltipSeconds);
     return "";
@@ -361,7 +380,7 @@ std::string AppDelegate::createPalette(const std::vector<std::string>& component
     std::vector<ColorRef> colors;
     for (const auto& item : split(components[2], ',')) {
         auto value = colorFromURLComponent(components[1], item);
-        if (!value) return "a colour does not read";
+        if (!value) return "a color does not read";
         colors.push_back(Color::make(*value));
     }
     const auto& name = components[3];

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "app/PickRequest.h"
 #include "library/Color.h"
 #include "library/Palette.h"
 #include "library/StoreProblem.h"
@@ -89,6 +90,9 @@ public:
     // The loupe's contrast mode ended with its pair: the contrast checker takes it.
     void pickerDidPickContrast(const ColorValue& foreground, const ColorValue& background) override;
     void pickerNeedsAccessibility() override;
+    void pickerDidClose() override;
+    // `kro pick`: opens the loupe and answers through `reply` once the colours are picked (AppDelegate+PickRequest.cpp).
+    void handlePickRequest(const Json& request, const std::function<void(const std::string& reply)>& reply);
     // A choice of that menu: `palette` null means a new palette.
     void menuItemDidPress(const PaletteRef& palette, const std::vector<ColorValue>& colors);
     // The single way for a view to use a colour: the clipboard text, the status icon, the tooltip.
@@ -154,10 +158,17 @@ private:
     void deliverPlainly(const ColorValue& value, bool clipboard);
     // `copyColor` to a slot of the application in front, falling back to the plain delivery.
     void deliverToApplication(const ColorValue& value, bool clipboard, ColorDeliveryTarget target);
+    // Where no tray shows the icon, tells the person once how else to reach Kro.
+    void explainMissingTray();
+    void openPickerForRequest();
+    void finishPickRequest(const Json& answer);
 
     Desktop desktop_;
     std::unique_ptr<Picker> picker_;
     std::vector<NotificationCenter::Token> observers_;
+    // The command-line pick under way, and where its answer goes.
+    std::optional<PickRequest> pendingPick_;
+    std::function<void(const std::string&)> pendingPickReply_;
 };
 
 }  // namespace kro

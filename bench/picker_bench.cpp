@@ -50,8 +50,9 @@ void BM_LoupeFrame(benchmark::State& state) {
     Bitmap canvas;
     const int size = static_cast<int>(state.range(0));
     const int zoom = static_cast<int>(state.range(1));
+    const double scale = state.range(2);  // device pixels per interface pixel
     for (auto _ : state) {
-        renderLoupe({&image, size, zoom, false, true, false}, canvas);
+        renderLoupe({&image, size, zoom, false, true, false, scale}, canvas);
         benchmark::DoNotOptimize(canvas.pixels.data());
     }
 }
@@ -61,4 +62,4 @@ void BM_LoupeFrame(benchmark::State& state) {
 BENCHMARK(BM_CaptureToSampleNative);
 BENCHMARK(BM_CaptureToSampleDisplayP3);
 BENCHMARK(BM_CaptureToSampleRetina);
-BENCHMARK(BM_LoupeFrame)->Args({180, 8})->Args({360, 4})->Args({120, 20});
+BENCHMARK(BM_LoupeFrame)->Args({180, 8, 1})->Args({360, 4, 1})->Args({120, 20, 1})->Args({180, 8, 2});

@@ -117,7 +117,7 @@ void GimpBridge::getColor(PickerPlugin slot, GetDone done) {
     if (folder.empty()) return finish.fail("the private folder for GIMP's answers cannot be made");
     run(GimpScript::getColor(slot, folder + "/" + name), name, finish, [finish](const std::string& answer) {
         const auto color = GimpScript::readAnswer(answer);
-        if (!color) return finish.fail("GIMP's answer is not a colour");
+        if (!color) return finish.fail("GIMP's answer is not a color");
         finish({*color});
     });
 }
@@ -133,7 +133,7 @@ void GimpBridge::setColor(PickerPlugin slot, const ColorValue& color, SetDone do
         const auto held = GimpScript::readAnswer(answer);
         const auto near = [](int a, int b) { return std::abs(a - b) <= 1; };
         if (!held || !near(rgb8(*held).red, wanted.red) || !near(rgb8(*held).green, wanted.green) || !near(rgb8(*held).blue, wanted.blue)) {
-            return finish.fail("GIMP did not take the colour");
+            return finish.fail("GIMP did not take the color");
         }
         finish(true);
     });

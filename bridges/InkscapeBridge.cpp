@@ -108,7 +108,7 @@ void InkscapeBridge::readClipboard(PickerPlugin slot, const Answer<std::vector<C
     const auto text = clipboard_ ? clipboard_->text() : std::nullopt;
     if (const auto color = text ? InkscapeActions::readClipboardStyle(*text, slot) : std::nullopt) return finish({*color});
     if (attempt + 1 >= kClipboardAttempts) {
-        return finish.fail("Inkscape put no selection with a plain " + slotName(slot) + " colour on the clipboard");
+        return finish.fail("Inkscape put no selection with a plain " + slotName(slot) + " color on the clipboard");
     }
     env().mainQueue->post([this, slot, finish, attempt] { readClipboard(slot, finish, attempt + 1); }, kClipboardPoll);
 }

@@ -27,7 +27,7 @@ KritaProtocol::Reply KritaProtocol::readReply(const std::string& line) {
     Reply reply{true, std::nullopt, ""};
     if (json.contains("color")) {
         reply.color = json["color"].is_string() ? cssColor(json["color"].get<std::string>()) : std::nullopt;
-        if (!reply.color) return {false, std::nullopt, "the plug-in's colour is not a colour"};
+        if (!reply.color) return {false, std::nullopt, "the plug-in's color is not a color"};
     }
     return reply;
 }
@@ -49,7 +49,7 @@ void KritaBridge::exchange(const std::string& request, const Answer<Result>& fin
 void KritaBridge::getColor(PickerPlugin slot, GetDone done) {
     const Answer<std::vector<ColorValue>> finish(std::move(done), {}, "Krita get " + slotText(slot));
     exchange(KritaProtocol::getRequest(slot), finish, [finish](const KritaProtocol::Reply& reply) {
-        if (!reply.color) return finish.fail("the plug-in's answer has no colour");
+        if (!reply.color) return finish.fail("the plug-in's answer has no color");
         finish({*reply.color});
     });
 }

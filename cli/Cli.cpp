@@ -11,6 +11,7 @@
 #include "cli/LibraryCommands.h"
 #include "cli/NameCommand.h"
 #include "cli/OpenCommand.h"
+#include "cli/PickCommand.h"
 
 namespace kro::cli {
 namespace {
@@ -36,6 +37,7 @@ const CommandTable& commandTable() {
         registerDocumentCommands(commands);
         registerLibraryCommands(commands);
         registerBridgeCommands(commands);
+        registerPickCommand(commands);
         return commands;
     }();
     return table;

@@ -26,6 +26,6 @@ std::optional<ColorValue> parseColorArgument(std::string_view text) {
     return found.front();
 }
 
-std::string cannotReadColour(std::string_view text) { return "cannot read colour '" + std::string(text) + "'"; }
+std::string cannotReadColour(std::string_view text) { return "cannot read color '" + std::string(text) + "'"; }
 
 }  // namespace kro::cli

@@ -11,7 +11,7 @@ namespace kro::cli {
 
 std::optional<ColorValue> parseColorArgument(std::string_view text);
 
-// The error every command gives for a colour it cannot read: "cannot read colour '…'".
+// The error every command gives for a colour it cannot read: "cannot read color '…'".
 std::string cannotReadColour(std::string_view text);
 
 }  // namespace kro::cli

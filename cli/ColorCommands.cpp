@@ -92,7 +92,7 @@ int runSimulate(CommandContext& context, const Command& command) {
     if (context.args.size() < 2) return usageError(context, command);
     const auto blindness = colorBlindnessArgument(context.args[0]);
     if (!blindness) {
-        context.err << "kro: unknown colour blindness \"" << context.args[0] << "\"\n";
+        context.err << "kro: unknown color blindness \"" << context.args[0] << "\"\n";
         return usageError(context, command);
     }
     const auto colors = colorArguments(context, {context.args.begin() + 1, context.args.end()});

@@ -28,7 +28,7 @@ int runName(CommandContext& context) {
     std::vector<std::string> names;
     for (const auto& color : colors) {
         auto name = ColorName::name(color.red(), color.green(), color.blue());
-        if (!name) return fail(context, "no colour names to choose from");
+        if (!name) return fail(context, "no color names to choose from");
         names.push_back(*name);
     }
     for (const auto& name : names) context.out << name << "\n";

@@ -1,41 +1,18 @@
 #include "cli/OpenCommand.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <ostream>
 #include <thread>
 
+#include "cli/AgentStart.h"
 #include "cli/Command.h"
 #include "cli/DisplayCheck.h"
 #include "platform/AgentChannel.h"
 #include "platform/Json.h"
 
 namespace kro::cli {
-namespace {
-
-// Starts `kro` with no command as a detached agent; its output goes to a log in the cache folder.
-bool startAgent(const std::string& selfPath, const Paths& paths) {
-    const pid_t child = fork();
-    if (child < 0) return false;
-    if (child > 0) return true;
-    setsid();
-    const auto logPath = paths.cacheHome + "/" + kBundleIdentifier + ".log";
-    mkdir(paths.cacheHome.c_str(), 0700);
-    const int log = ::open(logPath.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    const int null = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-    if (null >= 0) dup2(null, 0);
-    if (log >= 0) {
-        dup2(log, 1);
-        dup2(log, 2);
-    }
-    execl(selfPath.c_str(), selfPath.c_str(), static_cast<char*>(nullptr));
-    _exit(127);
-}
-
-}  // namespace
 
 std::string openRequest(const std::vector<std::string>& args, const std::string& workingFolder) {
     Json list = Json::array();

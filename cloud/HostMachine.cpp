@@ -51,7 +51,58 @@ std::optional<SnapshotMachine> fromChassisType(int type) {
     }
 }
 
+// The chassis as hostnamectl names it: what the machine info says, else a virtual machine or a container,
+// else the firmware's chassis type in the same groups.
+std::optional<std::string> chassisName() {
+    if (auto chassis = machineInfo("CHASSIS")) return chassis;
+    for (const char* marker : {"/run/systemd/container", "/run/.containerenv", "/.dockerenv"}) {
+        if (env().files->exists(marker)) return "container";
+    }
+    if (auto cpus = env().files->read("/proc/cpuinfo"); cpus && cpus->find(" hypervisor") != std::string::npos) {
+        return "vm";
+    }
+    auto type = env().files->read("/sys/class/dmi/id/chassis_type");
+    if (!type) return std::nullopt;
+    try {
+        switch (std::stoi(trimmed(*type))) {
+            case 3: case 4: case 6: case 7: case 13: case 35: case 36: return "desktop";
+            case 8: case 9: case 10: case 14: return "laptop";
+            case 11: return "handset";
+            case 17: case 23: case 28: case 29: return "server";
+            case 30: return "tablet";
+            case 31: case 32: return "convertible";
+            case 33: case 34: return "embedded";
+            default: return std::nullopt;
+        }
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace
+
+std::string hostChassis() {
+    static const std::pair<const char*, const char*> kWords[] = {
+        {"desktop", "Desktop"}, {"laptop", "Laptop"}, {"convertible", "Convertible"}, {"server", "Server"},
+        {"tablet", "Tablet"}, {"handset", "Handset"}, {"watch", "Watch"}, {"embedded", "Embedded device"},
+        {"vm", "Virtual machine"}, {"container", "Container"}};
+    if (auto name = chassisName()) {
+        for (const auto& [chassis, words] : kWords) {
+            if (*name == chassis) return words;
+        }
+    }
+    return "Computer";
+}
+
+std::string machineWords(SnapshotMachine machine) {
+    switch (machine) {
+        case SnapshotMachine::laptop: return "Laptop";
+        case SnapshotMachine::macMini: return "Mini PC";
+        case SnapshotMachine::macPro: return "Tower";
+        case SnapshotMachine::iMac: case SnapshotMachine::macStudio: return "Desktop";
+    }
+    return "Desktop";
+}
 
 SnapshotMachine hostMachine() {
     if (auto chassis = machineInfo("CHASSIS")) {

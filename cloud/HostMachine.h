@@ -12,6 +12,13 @@ namespace kro {
 // `macStudio`, all-in-ones and anything unknown `iMac`.
 SnapshotMachine hostMachine();
 
+// The kind of machine in the words a person reads, as the system reports it: "Desktop", "Laptop",
+// "Virtual machine", "Container"…; "Computer" when nothing says.
+std::string hostChassis();
+
+// The words for a stored machine kind, for snapshots that do not carry their chassis's own words.
+std::string machineWords(SnapshotMachine machine);
+
 // The host's pretty name (/etc/machine-info), else its host name; nothing when neither can be read.
 std::optional<std::string> hostName();
 

@@ -2,6 +2,7 @@
 
 #include "cloud/CloudAccount.h"
 #include "cloud/CloudSync.h"
+#include "cloud/HostMachine.h"
 #include "cloud/Snapshots.h"
 #include "library/User.h"
 #include "library/UserUndo.h"
@@ -14,9 +15,9 @@ Json refused(const std::string& error) { return Json{{"ok", false}, {"error", er
 
 std::string listLine(const Snapshot& snapshot) {
     const std::size_t colors = snapshot.history ? snapshot.history->colors.size() : 0;
-    return snapshot.uuid + "  " + snapshot.createdAt + "  " + text(snapshot.machine) + " " +
+    return snapshot.uuid + "  " + snapshot.createdAt + "  " + snapshot.chassis.value_or(machineWords(snapshot.machine)) + " " +
            snapshot.device.value_or("unknown device") + "  " + std::to_string(snapshot.palettes.size()) +
-           " palettes, " + std::to_string(colors) + " history colours";
+           " palettes, " + std::to_string(colors) + " history colors";
 }
 
 Json snapshotRequest(const Json& request) {

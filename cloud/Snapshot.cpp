@@ -45,6 +45,7 @@ std::shared_ptr<Snapshot> Snapshot::make(const User& user) {
     auto snapshot = std::make_shared<Snapshot>();
     snapshot->machine = hostMachine();
     snapshot->device = hostName();
+    snapshot->chassis = hostChassis();
     snapshot->history = sameCopy(user.history);
     snapshot->paletteUUID = user.paletteUUID;
     snapshot->palettes = sameCopies(user.palettes);
@@ -61,6 +62,7 @@ Json Snapshot::toJson() const {
     json["uuid"] = uuid;
     json["machine"] = text(machine);
     if (device) json["device"] = *device;
+    if (chassis) json["chassis"] = *chassis;
     if (history) json["history"] = history->toJson();
     if (paletteUUID) json["paletteUUID"] = *paletteUUID;
     Json array = Json::array();
@@ -82,6 +84,7 @@ std::shared_ptr<Snapshot> Snapshot::fromJson(const Json& json) {
         snapshot->machine = *machine;
     }
     snapshot->device = text(o, "device");
+    snapshot->chassis = text(o, "chassis");
     if (const Json* history = member(o, "history")) snapshot->history = Palette::fromJson(*history);
     snapshot->paletteUUID = text(o, "paletteUUID");
     if (const Json* palettes = member(o, "palettes")) {

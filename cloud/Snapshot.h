@@ -37,6 +37,7 @@ public:
     std::string uuid;
     SnapshotMachine machine = SnapshotMachine::iMac;
     std::optional<std::string> device;
+    std::optional<std::string> chassis;  // the words shown for the machine: "Laptop", "Virtual machine"…
     PaletteRef history;  // may be absent
     std::optional<std::string> paletteUUID;
     std::vector<PaletteRef> palettes;

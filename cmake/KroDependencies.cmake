@@ -19,7 +19,8 @@ find_package(Threads REQUIRED)
 pkg_check_modules(SECRET IMPORTED_TARGET libsecret-1)
 
 if(KRO_GUI AND NOT KRO_FUZZ)
-  # QtDBus reaches GIMP and Inkscape on the session bus.
+  # DBus: GIMP and Inkscape on the session bus, and desktop notifications where no tray shows the icon
+  # (part of Qt's base, like Network).
   find_package(Qt6 REQUIRED COMPONENTS Core Gui Widgets Network DBus)
   pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-xtest xcb-xfixes xcb-xinput xcb-composite xcb-shm xcb-image xcb-keysyms xcb-ewmh xcb-icccm)
   pkg_check_modules(CANBERRA REQUIRED IMPORTED_TARGET libcanberra)

@@ -37,7 +37,7 @@ Json importReply(const Json& request) {
 std::string libraryCount(const User& user) {
     const auto colors = user.history->colors.size();
     return std::to_string(user.palettes.size()) + (user.palettes.size() == 1 ? " palette and " : " palettes and ") +
-           std::to_string(colors) + (colors == 1 ? " history colour" : " history colours");
+           std::to_string(colors) + (colors == 1 ? " history color" : " history colors");
 }
 
 Json undoReply(bool redo) {

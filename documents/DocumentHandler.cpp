@@ -117,7 +117,7 @@ private:
             throw Skipped("no palette format reads it (" + std::string(PAL::caseName(error.errorCase())) + ")");
         }
         auto colors = libraryColors(exchanged);
-        if (colors.empty()) throw Skipped("the palette holds no colours");
+        if (colors.empty()) throw Skipped("the palette holds no colors");
         auto& user = *User::shared();
         auto palette = Palette::make(std::move(colors), exchanged.name.empty() ? fileStem : exchanged.name);
         user.palettes.push_back(palette);

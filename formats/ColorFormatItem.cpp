@@ -73,7 +73,7 @@ Json ColorFormatItem::toJson() const {
 
 std::shared_ptr<ColorFormatItem> ColorFormatItem::fromJson(const Json& json) {
     namespace decode = json_decode;
-    const auto& object = decode::object(json, "a colour format");
+    const auto& object = decode::object(json, "a color format");
     auto item = std::make_shared<ColorFormatItem>();
     // A format read without templates shows nothing rather than the new-format template.
     item->menuFormat.clear();

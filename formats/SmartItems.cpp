@@ -69,7 +69,7 @@ std::shared_ptr<SmartProfileItem> SmartProfileItem::fromJson(const Json& json) {
     decodeCommon(object, *item);
     if (auto value = json_decode::text(object, "profile")) {
         const auto profile = colorSpaceProfileFromText(*value);
-        if (!profile) throw JsonDecodeError("unknown colour profile \"" + *value + "\"");
+        if (!profile) throw JsonDecodeError("unknown color profile \"" + *value + "\"");
         item->profile = *profile;
     }
     return item;

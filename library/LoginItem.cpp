@@ -83,7 +83,7 @@ std::string LoginItem::entryText(const std::string& executable) {
     return "[Desktop Entry]\n"
            "Type=Application\n"
            "Name=Kro\n"
-           "Comment=Colour picker and palettes\n"
+           "Comment=Color picker and palettes\n"
            "Exec=" + quotedArgument(executable) + "\n"
            "Icon=kroapp.Kro\n"
            "Terminal=false\n"

@@ -6,8 +6,6 @@
 namespace kro {
 namespace {
 
-constexpr int kSide = kLoupeViewSide;
-constexpr int kCentre = kSide / 2;
 constexpr int kLargestLens = 360;
 
 uint32_t blend(uint32_t under, uint32_t color, double alpha) {
@@ -30,7 +28,7 @@ struct Painter {
     Bitmap& canvas;
     int clipLeft, clipTop, clipRight, clipBottom;
 
-    uint32_t& at(int x, int y) { return canvas.pixels[static_cast<size_t>(y) * kSide + x]; }
+    uint32_t& at(int x, int y) { return canvas.pixels[static_cast<size_t>(y) * canvas.width + x]; }
     bool inside(int x, int y) const { return x >= clipLeft && x < clipRight && y >= clipTop && y < clipBottom; }
     void mix(int x, int y, uint32_t color, double alpha) {
         if (inside(x, y) && (at(x, y) >> 24)) at(x, y) = blend(at(x, y), color, alpha);
@@ -53,30 +51,37 @@ struct Painter {
 
 }  // namespace
 
+int loupeCanvasSide(double scale) { return 2 * static_cast<int>(std::lround(kLoupeViewSide / 2 * std::max(scale, 0.25))); }
+
 void renderLoupe(const LoupeFrame& frame, Bitmap& canvas) {
-    if (canvas.width != kSide || canvas.height != kSide) {
-        canvas = Bitmap{kSide, kSide, std::vector<uint32_t>(static_cast<size_t>(kSide) * kSide, 0)};
+    const double scale = std::max(frame.scale, 0.25);
+    const int side = loupeCanvasSide(scale);
+    if (canvas.width != side || canvas.height != side) {
+        canvas = Bitmap{side, side, std::vector<uint32_t>(static_cast<size_t>(side) * side, 0)};
     }
-    const int size = frame.size;
-    const int zoom = std::max(frame.zoom, 1);
+    const int centre = side / 2;
+    // Lengths of the interface in device pixels; the lines themselves stay one device pixel wide.
+    const auto px = [scale](double points) { return points * scale; };
+    const int size = static_cast<int>(std::lround(px(frame.size)));
+    const int zoom = std::max(static_cast<int>(std::lround(px(frame.zoom))), 1);
     const uint32_t label = frame.dark ? 0xFFFFFFFFu : 0xFF000000u;
     const uint32_t textBackground = frame.dark ? 0xFF1E1E1Eu : 0xFFFFFFFFu;
 
     // The square of the largest lens, so that a lens that shrank leaves nothing behind.
-    const int left = std::max(0, (kSide - std::max(size, kLargestLens)) / 2 - 1);
-    const int right = kSide - left;
+    const int left = std::max(0, centre - static_cast<int>(std::lround(px(std::max(frame.size, kLargestLens)))) / 2 - 1);
+    const int right = side - left;
     Painter painter{canvas, left, left, right, right};
 
-    // The lens: an oval of diameter size − 4 centred on the view, filled with the capture magnified so
-    // that the cell [(800 − zoom) / 2, (800 + zoom) / 2) shows the capture's centre pixel.
-    const double radius = (size - 4) / 2.0;
-    const double gridRadius = (size - 6) / 2.0;
-    const int cellOrigin = (kSide - zoom) / 2;
+    // The lens: an oval a little inside the picker's size, centred on the view, filled with the capture
+    // magnified so that the cell [(side − zoom) / 2, (side + zoom) / 2) shows the capture's centre pixel.
+    const double radius = (size - px(4)) / 2;
+    const double gridRadius = (size - px(6)) / 2;
+    const int cellOrigin = (side - zoom) / 2;
     const int half = 200;  // the capture's centre pixel
     for (int y = left; y < right; ++y) {
-        const double dy = y + 0.5 - kCentre;
+        const double dy = y + 0.5 - centre;
         for (int x = left; x < right; ++x) {
-            const double dx = x + 0.5 - kCentre;
+            const double dx = x + 0.5 - centre;
             const double distance = std::sqrt(dx * dx + dy * dy);
             auto& pixel = painter.at(x, y);
             if (distance > radius) {
@@ -103,10 +108,11 @@ void renderLoupe(const LoupeFrame& frame, Bitmap& canvas) {
 
     if (frame.resetMode) {
         // The reset mark: a ring in the middle, saying the next click starts over.
-        for (int y = kCentre - 12; y < kCentre + 12; ++y) {
-            for (int x = kCentre - 12; x < kCentre + 12; ++x) {
-                const double d = std::hypot(x + 0.5 - kCentre, y + 0.5 - kCentre);
-                if (d <= 11 && d >= 7) painter.set(x, y, d <= 8 || d >= 10 ? label : textBackground);
+        const int reach = static_cast<int>(std::ceil(px(12)));
+        for (int y = centre - reach; y < centre + reach; ++y) {
+            for (int x = centre - reach; x < centre + reach; ++x) {
+                const double d = std::hypot(x + 0.5 - centre, y + 0.5 - centre);
+                if (d <= px(11) && d >= px(7)) painter.set(x, y, d <= px(8) || d >= px(10) ? label : textBackground);
             }
         }
         return;
@@ -116,12 +122,13 @@ void renderLoupe(const LoupeFrame& frame, Bitmap& canvas) {
     if (frame.precisionMode) {
         // Ticks beside the four sides of the centre cell, at growing distances.
         for (int offset : {1, 2, 3, 4}) {
-            const int near = cellOrigin - 1 - 2 * offset;
-            const int far = cellOrigin + zoom + 2 * offset;
-            painter.mix(kCentre, near, label, 0.5);
-            painter.mix(kCentre, far, label, 0.5);
-            painter.mix(near, kCentre, label, 0.5);
-            painter.mix(far, kCentre, label, 0.5);
+            const int step = static_cast<int>(std::lround(px(2 * offset)));
+            const int near = cellOrigin - 1 - step;
+            const int far = cellOrigin + zoom + step;
+            painter.mix(centre, near, label, 0.5);
+            painter.mix(centre, far, label, 0.5);
+            painter.mix(near, centre, label, 0.5);
+            painter.mix(far, centre, label, 0.5);
         }
     }
 }

@@ -7,13 +7,13 @@
 #include "formats/color/ColorName.h"
 #include "library/Preferences.h"
 #include "picker/HotKeys.h"
+#include "picker/LoupeRenderer.h"
 #include "picker/Sound.h"
 #include "platform/Environment.h"
 
 namespace kro {
 namespace {
 
-constexpr int kHalfWindow = 400;
 constexpr double kNearEdge = 200;
 constexpr Seconds kRevealTimeout{2.0};
 constexpr Seconds kOptionsDelay{1.0};
@@ -24,6 +24,11 @@ constexpr double kHintFade = 0.25;
 bool exactly(int flags, int modifier) { return (flags & 0x1e0000) == modifier; }
 
 }  // namespace
+
+ScreenRect loupeFrame(ScreenPoint mouse, double interfaceScale) {
+    const double half = std::round(kLoupeHalfSide * interfaceScale);
+    return {std::trunc(mouse.x) - half, std::trunc(mouse.y) - half, 2 * half, 2 * half};
+}
 
 Picker::Picker(PickerServices services) : pickerImage({services.screenCapture, services.pointer, services.window, services.workspace}),
                                           services_(services) {
@@ -90,6 +95,7 @@ void Picker::open(PickerSource newSource, double delay, std::function<void(bool)
 void Picker::show() {
     initialShowCompleted = false;
     alpha = 0;
+    if (services_.screenCapture) services_.screenCapture->beginSession();
     if (services_.window) {
         services_.window->setAlpha(0);
         services_.window->orderFront();
@@ -137,6 +143,7 @@ void Picker::close(bool resetMode, std::function<void()> completion) {
     canShowOptions = false;
     if (services_.workspace) services_.workspace->refresh();
     if (services_.window) services_.window->orderOut();
+    if (pickerDelegate) pickerDelegate->pickerDidClose();
     if (completion) completion();
 }
 
@@ -144,12 +151,15 @@ void Picker::update() {
     if (!isOpen || !services_.pointer) return;
     if (services_.pointer->isCursorVisible()) services_.pointer->hideCursor();
     const auto mouse = services_.pointer->location();
-    const double x = std::trunc(mouse.x);
-    const double y = std::trunc(mouse.y);
     if (services_.window) {
-        services_.window->setFrame({x - kHalfWindow, y - kHalfWindow, 2.0 * kHalfWindow, 2.0 * kHalfWindow});
+        services_.window->setFrame(loupeFrame(mouse, interfaceScale()));
         services_.window->setNeedsDisplay();
     }
+}
+
+double Picker::interfaceScale() const {
+    const auto screen = screenUnderPointer();
+    return screen ? screen->interfaceScale : 1;
 }
 
 void Picker::move(double dx, double dy) {
@@ -165,16 +175,17 @@ int Picker::screenPosition() const {
     if (!screen) return 4;
     const auto mouse = services_.pointer->location();
     const auto& frame = screen->frame;
+    const double nearEdge = kNearEdge * screen->interfaceScale;
     int row = 1;
-    if (frame.y + frame.height - mouse.y < kNearEdge) {
+    if (frame.y + frame.height - mouse.y < nearEdge) {
         row = 2;
-    } else if (mouse.y - frame.y < kNearEdge) {
+    } else if (mouse.y - frame.y < nearEdge) {
         row = 0;
     }
     int column = 1;
-    if (mouse.x - frame.x < kNearEdge) {
+    if (mouse.x - frame.x < nearEdge) {
         column = 0;
-    } else if (frame.x + frame.width - mouse.x < kNearEdge) {
+    } else if (frame.x + frame.width - mouse.x < nearEdge) {
         column = 2;
     }
     return row * 3 + column;
@@ -441,6 +452,12 @@ std::string Picker::overlayText() const {
     auto text = ColorFormats::shared().pickerString(*color);
     if (Preferences::shared().showNameOverlay() && colorName) text += "\n" + *colorName;
     return text;
+}
+
+ViewBox Picker::overlayBox() const {
+    const auto screen = screenUnderPointer();
+    if (!screen) return loupeOverlayBox(pickerSize, {0, 0, kLoupeViewSide, kLoupeViewSide});
+    return loupeOverlayBox(pickerSize, screenInLoupeView(*screen, services_.pointer->location()));
 }
 
 }  // namespace kro

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "formats/SmartItems.h"
+#include "picker/LoupeLayout.h"
 #include "picker/PickerImage.h"
 #include "picker/PickerTutorial.h"
 #include "picker/PickerTypes.h"
@@ -34,6 +35,13 @@ struct PickerServices {
 inline constexpr int kPickerSizeMin = 120, kPickerSizeMax = 360;
 inline constexpr int kPickerZoomMin = 4, kPickerZoomMax = 20;
 inline constexpr size_t kMultipleColorsMax = 20;
+// Half the side of the loupe's square window, in interface pixels.
+inline constexpr int kLoupeHalfSide = 400;
+
+// The loupe's window: a square of 800 interface pixels, in device pixels at the screen's interface scale,
+// whose middle device pixel is the one under the pointer. It is not kept on screen: at an edge part of it
+// lies outside.
+ScreenRect loupeFrame(ScreenPoint mouse, double interfaceScale);
 
 class Picker : public PickerImageDelegate {
 public:
@@ -59,6 +67,8 @@ public:
     void showHint(PickerHint hint, double delay);
     // The text the overlay shows: the colour in the picker format, and its name when that is on.
     std::string overlayText() const;
+    // Where that text goes in the loupe's view, kept on the screen under the pointer.
+    ViewBox overlayBox() const;
 
     PickerImage pickerImage;
     PickerTutorial pickerTutorial;
@@ -104,6 +114,7 @@ private:
     void showHintAfterCount();
     void armPrecisionTimer();
     std::optional<ScreenInfo> screenUnderPointer() const;
+    double interfaceScale() const;
 
     PickerServices services_;
     int precisionTimerGeneration_ = 0;

@@ -184,7 +184,7 @@ void PickerImage::sample(const ScreenInfo& screen, ScreenPoint mouse) {
 void PickerImage::stopCapture() {
     ++captureGeneration;
     captureCompletion = nullptr;
-    if (!captureFilters.empty() && services_.screenCapture) services_.screenCapture->endSession();
+    if (services_.screenCapture) services_.screenCapture->endSession();
     captureFilters.clear();
     captureFailed = false;
     captureRetryDate = TimePoint::min();

@@ -34,6 +34,8 @@ public:
     }
     // The session needs the permission to control the keyboard and does not have it.
     virtual void pickerNeedsAccessibility() {}
+    // A session ended, after its pick was delivered or without one.
+    virtual void pickerDidClose() {}
 };
 
 }  // namespace kro

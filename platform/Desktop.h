@@ -42,6 +42,13 @@ public:
     virtual void redraw(const std::optional<ColorValue>& color) = 0;
     // Replaces the menu shown by the icon.
     virtual void setMenu(std::vector<StatusMenuItem> items) = 0;
+    // Whether a tray shows the icon now. Where none does, the icon docks by itself once one appears.
+    virtual bool isInTray() const { return true; }
+    // A desktop notification: how a person is told what the missing icon would have shown them.
+    virtual void notify(const std::string& title, const std::string& body) {
+        (void)title;
+        (void)body;
+    }
     // The icon was activated (clicked) — set by the agent.
     std::function<void()> onActivated;
 };

@@ -41,6 +41,9 @@ struct ScreenInfo {
     double backingScaleFactor = 1;
     // The display's own profile; null when it has none.
     std::shared_ptr<const ColorSpace> colorSpace;
+    // Device pixels for one pixel of the interface (the desktop's HiDPI scale). The loupe's window is drawn
+    // at this scale, while its lens still shows one cell per captured pixel.
+    double interfaceScale = 1;
 };
 
 // What a capture of one display leaves out; built once per display and session.
@@ -59,6 +62,8 @@ public:
     // the reason in `error`, when the capture failed.
     virtual std::optional<Bitmap> captureImage(const CaptureFilter& filter, const ScreenRect& sourceRect, int width,
                                                int height, std::string& error) = 0;
+    // A picking session is about to show the loupe: what cannot be read from under it later is read now.
+    virtual void beginSession() {}
     // The picking session ended: what was set up for its filters may go.
     virtual void endSession() {}
 };

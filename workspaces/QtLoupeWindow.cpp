@@ -1,6 +1,5 @@
 #include "workspaces/QtLoupeWindow.h"
 
-#include <QCursor>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMouseEvent>
@@ -12,13 +11,12 @@
 
 #include "formats/ColorFormats.h"
 #include "picker/LoupeRenderer.h"
+#include "platform/linux/X11Screens.h"
 
 namespace kro {
 namespace {
 
 constexpr int kSide = kLoupeViewSide;
-constexpr int kOverlayWidth = 240;
-constexpr int kOverlayHeight = 64;
 
 int lensOffset(int size) { return (kSide - size) / 2; }
 
@@ -51,6 +49,9 @@ QtLoupeWindow::QtLoupeWindow() {
                    Qt::WindowDoesNotAcceptFocus);
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    setWindowTitle("Kro Loupe");
+    setAccessibleName("Loupe");
+    setAccessibleDescription("Magnifies the screen under the pointer; click, Return or Space picks the color");
     setMouseTracking(true);
     resize(kSide, kSide);
     modifierTimer_.setInterval(40);
@@ -60,7 +61,9 @@ QtLoupeWindow::QtLoupeWindow() {
 uint64_t QtLoupeWindow::windowID() const { return static_cast<uint64_t>(const_cast<QtLoupeWindow*>(this)->winId()); }
 
 void QtLoupeWindow::setFrame(const ScreenRect& frame) {
-    setGeometry(static_cast<int>(frame.x), static_cast<int>(frame.y), static_cast<int>(frame.width), static_cast<int>(frame.height));
+    // The frame is in device pixels, centred on the pointer's pixel to the pixel.
+    x11::placeWindow(*this, QRect(static_cast<int>(frame.x), static_cast<int>(frame.y), static_cast<int>(frame.width),
+                                  static_cast<int>(frame.height)));
 }
 
 void QtLoupeWindow::setAlpha(double alpha) {
@@ -72,31 +75,29 @@ void QtLoupeWindow::setAlpha(double alpha) {
 // While the window waits for its first frame, a one-pixel mask keeps it out of sight.
 void QtLoupeWindow::updateMask() {
     const int size = picker_ ? picker_->pickerSize : 180;
-    const bool above = overlayAbove();
-    const int key = alpha_ <= 0 ? 0 : size * 2 + (above ? 1 : 0);
+    const MaskKey key{alpha_ > 0, size, overlayBox()};
     if (key == maskKey_) return;
     maskKey_ = key;
-    if (key == 0) {
+    if (!key.shown) {
         setMask(QRegion(0, 0, 1, 1));
         return;
     }
     QRegion region(lensOffset(size), lensOffset(size), size, size, QRegion::Ellipse);
-    region += overlayBox(size, above);
+    region += key.overlay;
     setMask(region);
 }
 
-bool QtLoupeWindow::overlayAbove() const { return picker_ && picker_->screenPosition() >= 6; }
-
-QRect QtLoupeWindow::overlayBox(int size, bool above) {
-    const int offset = lensOffset(size);
-    return QRect((kSide - kOverlayWidth) / 2, above ? offset - kOverlayHeight - 6 : offset + size + 6, kOverlayWidth, kOverlayHeight);
+QRect QtLoupeWindow::overlayBox() const {
+    if (!picker_) return {};
+    const auto box = picker_->overlayBox();
+    return QRect(box.x, box.y, box.width, box.height);
 }
 
 void QtLoupeWindow::orderFront() {
     show();
     raise();
     grabMouse();
-    lastPosition_ = QCursor::pos();
+    lastPosition_ = x11::nativePointer();
     modifiers_ = roleFlags(QGuiApplication::queryKeyboardModifiers());
     modifierTimer_.start();
 }
@@ -143,12 +144,13 @@ void QtLoupeWindow::mouseMoveEvent(QMouseEvent* event) {
     pointer.type = buttons & Qt::LeftButton    ? PointerEventType::leftMouseDragged
                    : buttons & Qt::RightButton ? PointerEventType::rightMouseDragged
                                                : PointerEventType::mouseMoved;
-    // The travel since the cursor was last placed: in precision mode the picker puts it back a tenth of the way.
-    const auto position = event->globalPosition();
+    // The travel in device pixels since the cursor was last placed: in precision mode the picker puts it back
+    // a tenth of the way.
+    const auto position = x11::toNative(event->globalPosition());
     pointer.deltaX = position.x() - lastPosition_.x();
     pointer.deltaY = position.y() - lastPosition_.y();
     emitEvent(pointer);
-    lastPosition_ = QCursor::pos();
+    lastPosition_ = x11::nativePointer();
 }
 
 void QtLoupeWindow::wheelEvent(QWheelEvent* event) {
@@ -184,21 +186,24 @@ void QtLoupeWindow::paintEvent(QPaintEvent*) {
     updateMask();
     auto& image = picker_->pickerImage;
     image.drawPass();
+    // Drawn at the window's own device scale, so a cell and a grid line are whole device pixels.
+    const double scale = devicePixelRatioF();
     renderLoupe({image.pickerImage ? &*image.pickerImage : nullptr, picker_->pickerSize, picker_->pickerZoom,
-                 picker_->borderResetMode, picker_->precisionMode, false},
+                 picker_->borderResetMode, picker_->precisionMode, false, scale},
                 canvas_);
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.fillRect(rect(), Qt::transparent);
-    const QImage frame(reinterpret_cast<const uchar*>(canvas_.pixels.data()), kSide, kSide, kSide * 4, QImage::Format_ARGB32);
+    QImage frame(reinterpret_cast<const uchar*>(canvas_.pixels.data()), canvas_.width, canvas_.height, canvas_.width * 4,
+                 QImage::Format_ARGB32);
+    frame.setDevicePixelRatio(static_cast<double>(canvas_.width) / kSide);
     painter.drawImage(0, 0, frame);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     paintOverlay(painter);
 }
 
 void QtLoupeWindow::paintOverlay(QPainter& painter) {
-    // Below the lens, unless the pointer is near the bottom of its screen.
-    const QRect box = overlayBox(picker_->pickerSize, overlayAbove());
+    const QRect box = overlayBox();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(30, 30, 30, 235));

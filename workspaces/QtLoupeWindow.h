@@ -1,9 +1,11 @@
 #pragma once
-// The loupe: an 800 by 800 window centred on the pointer that shows the lens, the colour's text, the
+// The loupe: a window of 800 by 800 interface pixels centred on the pointer's device pixel that shows the lens, the colour's text, the
 // collected swatches and the hint. It holds the pointer while a session runs, so every click and wheel turn
 // comes here, and reports the modifiers as they change.
 #include <QTimer>
 #include <QWidget>
+
+#include <optional>
 
 #include "picker/Picker.h"
 #include "platform/LoupeWindow.h"
@@ -33,8 +35,7 @@ protected:
 private:
     void emitEvent(PointerEvent event);
     void updateMask();
-    bool overlayAbove() const;
-    static QRect overlayBox(int size, bool above);
+    QRect overlayBox() const;
     void pollModifiers();
     void paintOverlay(class QPainter& painter);
 
@@ -42,9 +43,17 @@ private:
     Bitmap canvas_;
     QTimer modifierTimer_;
     int modifiers_ = 0;
+    // The pointer in device pixels when it was last placed.
     QPointF lastPosition_;
     double alpha_ = 1;
-    int maskKey_ = -1;
+    // What the window's shape was made for: it is remade only when one of these changes.
+    struct MaskKey {
+        bool shown = false;
+        int size = 0;
+        QRect overlay;
+        bool operator==(const MaskKey&) const = default;
+    };
+    std::optional<MaskKey> maskKey_;
 };
 
 }  // namespace kro

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+#include "platform/linux/X11Screens.h"
+
 namespace kro {
 
 void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::function<void()> dismissed) {
@@ -36,9 +38,8 @@ void QtPopUpMenu::popUp(std::vector<PopUpMenuItem> items, ScreenPoint at, std::f
         }, Qt::QueuedConnection);
     });
     const auto size = menu->sizeHint();
-    // `at` is in the display's pixels, the menu's place in Qt's scaled points.
-    const qreal ratio = qGuiApp->devicePixelRatio();
-    menu->popup(QPoint(static_cast<int>(at.x / ratio) - size.width() / 2, static_cast<int>(at.y / ratio)));
+    const auto point = x11::fromNative({at.x, at.y}).toPoint();
+    menu->popup(QPoint(point.x() - size.width() / 2, point.y()));
 }
 
 }  // namespace kro

@@ -1,7 +1,13 @@
 #include "platform/linux/QtStatusItem.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QPainter>
 #include <QPixmap>
+
+#include "library/Sherlog.h"
+#include "platform/Paths.h"
 
 namespace kro {
 namespace {
@@ -43,6 +49,29 @@ QtStatusItem::QtStatusItem() {
 }
 
 void QtStatusItem::redraw(const std::optional<ColorValue>& color) { tray_.setIcon(swatchIcon(color)); }
+
+void QtStatusItem::notify(const std::string& title, const std::string& body) {
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        SHERLOG("No session bus for a desktop notification: " + title, SherlogLevel::info);
+        return;
+    }
+    auto message = QDBusMessage::createMethodCall("org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+                                                  "org.freedesktop.Notifications", "Notify");
+    const QVariantMap hints{{"desktop-entry", QString(kBundleIdentifier)}};
+    message << QString("Kro") << 0u << QString(kBundleIdentifier) << QString::fromStdString(title)
+            << QString::fromStdString(body) << QStringList() << hints << -1;
+    auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), &tray_);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [title](QDBusPendingCallWatcher* call) {
+        if (call->isError()) {
+            SHERLOG("No notification service answered (" + call->error().message().toStdString() + "): " + title,
+                    SherlogLevel::info);
+        } else {
+            SHERLOG("Notification shown: " + title, SherlogLevel::info);
+        }
+        call->deleteLater();
+    });
+}
 
 void QtStatusItem::setMenu(std::vector<StatusMenuItem> items) {
     auto menu = std::make_unique<QMenu>();

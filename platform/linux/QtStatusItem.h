@@ -13,6 +13,9 @@ public:
     QtStatusItem();
     void redraw(const std::optional<ColorValue>& color) override;
     void setMenu(std::vector<StatusMenuItem> items) override;
+    bool isInTray() const override { return isTrayAvailable(); }
+    // Through the freedesktop Notifications service on the session bus; logged when none answers.
+    void notify(const std::string& title, const std::string& body) override;
 
     // Where the icon sits on the screen, for placing the tooltip; empty when unknown.
     QRect geometry() const { return tray_.geometry(); }

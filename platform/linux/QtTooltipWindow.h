@@ -7,6 +7,11 @@
 
 namespace kro {
 
+// Where a message of `size` goes for a tray icon at `icon` (empty when its place is unknown) on a screen
+// whose free area is `area`: under the icon, over it at the bottom of the screen, at the top right when the
+// icon's place is unknown, and always whole on the screen.
+QPoint tooltipPosition(const QRect& icon, const QSize& size, const QRect& area);
+
 // A small message under the tray icon (or at the top right of the screen when the icon's place is unknown).
 class QtTooltipWindow final : public TooltipWindow {
 public:

@@ -1,8 +1,5 @@
 #include "platform/linux/X11ScreenCapture.h"
 
-#include <QGuiApplication>
-#include <QScreen>
-
 #include <xcb/composite.h>
 
 #include <algorithm>
@@ -10,6 +7,7 @@
 #include <cstring>
 
 #include "platform/linux/X11Connection.h"
+#include "platform/linux/X11Screens.h"
 
 namespace kro {
 namespace {
@@ -59,6 +57,15 @@ std::optional<xcb_window_t> topLevel(xcb_window_t window) {
     return std::nullopt;
 }
 
+// The pixmap a wallpaper setter leaves on the root window, if any.
+std::optional<xcb_pixmap_t> wallpaperPixmap() {
+    const auto pixmap = x11::property(x11::root(), x11::atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP);
+    if (!pixmap || pixmap->size() != 4) return std::nullopt;
+    xcb_pixmap_t id;
+    std::memcpy(&id, pixmap->data(), 4);
+    return id;
+}
+
 }  // namespace
 
 X11ScreenCapture::X11ScreenCapture() {
@@ -76,14 +83,14 @@ X11ScreenCapture::~X11ScreenCapture() { endSession(); }
 std::vector<ScreenInfo> X11ScreenCapture::screens() const {
     std::vector<ScreenInfo> list;
     uint32_t number = 1;
-    for (auto* screen : QGuiApplication::screens()) {
-        const auto geometry = screen->geometry();
-        // X11 coordinates are device pixels: one point is one pixel here.
-        const double ratio = screen->devicePixelRatio();
+    for (const auto& screen : x11::nativeScreens()) {
+        // The picker's points are X's device pixels, so a capture is never scaled: one pixel, one cell.
+        const auto& geometry = screen.geometry;
         list.push_back({number++,
-                        {geometry.x() * ratio, geometry.y() * ratio, geometry.width() * ratio, geometry.height() * ratio},
+                        {double(geometry.x()), double(geometry.y()), double(geometry.width()), double(geometry.height())},
                         1,
-                        displayProfile_});
+                        displayProfile_,
+                        screen.scale});
     }
     return list;
 }
@@ -110,7 +117,19 @@ std::optional<CaptureFilter> X11ScreenCapture::makeFilter(uint32_t displayID, ui
     return CaptureFilter{displayID, *excluded};
 }
 
+void X11ScreenCapture::beginSession() {
+    background_.reset();
+    if (wallpaperPixmap()) return;
+    auto* root = xcb_setup_roots_iterator(xcb_get_setup(x11::connection())).data;
+    if (!root) return;
+    const Box area{0, 0, root->width_in_pixels, root->height_in_pixels};
+    Bitmap image{area.width, area.height, std::vector<uint32_t>(static_cast<size_t>(area.width) * area.height, 0xFF000000u)};
+    paint(x11::root(), 0, 0, area, area, image);
+    background_ = std::move(image);
+}
+
 void X11ScreenCapture::endSession() {
+    background_.reset();
     if (!redirected_ || !x11::connection()) return;
     xcb_composite_unredirect_subwindows(x11::connection(), x11::root(), XCB_COMPOSITE_REDIRECT_AUTOMATIC);
     xcb_flush(x11::connection());
@@ -131,11 +150,17 @@ std::optional<Bitmap> X11ScreenCapture::captureImage(const CaptureFilter& filter
     Bitmap image{width, height, std::vector<uint32_t>(static_cast<size_t>(width) * height, 0xFF000000u)};
     auto* connection = x11::connection();
 
-    // The desktop background, where a wallpaper setter left one.
-    if (auto pixmap = x11::property(x11::root(), x11::atom("_XROOTPMAP_ID"), XCB_ATOM_PIXMAP); pixmap && pixmap->size() == 4) {
-        xcb_pixmap_t background;
-        std::memcpy(&background, pixmap->data(), 4);
-        paint(background, 0, 0, area, area, image);
+    // The desktop background: the wallpaper setter's pixmap, else the desktop as the session found it.
+    if (const auto wallpaper = wallpaperPixmap()) {
+        paint(*wallpaper, 0, 0, area, area, image);
+    } else if (background_) {
+        const auto visible = intersect(area, {0, 0, background_->width, background_->height});
+        for (int row = 0; row < visible.height; ++row) {
+            for (int column = 0; column < visible.width; ++column) {
+                image.pixels[static_cast<size_t>(visible.y - area.y + row) * width + (visible.x - area.x + column)] =
+                    background_->pixel(visible.x + column, visible.y + row);
+            }
+        }
     }
 
     auto* tree = xcb_query_tree_reply(connection, xcb_query_tree(connection, x11::root()), nullptr);

@@ -13,6 +13,10 @@ struct FakeStatusItem final : StatusItem {
         lastColor = color;
     }
     void setMenu(std::vector<StatusMenuItem> items) override { menu = std::move(items); }
+    bool isInTray() const override { return inTray; }
+    void notify(const std::string& title, const std::string& body) override { notifications.push_back(title + "\n" + body); }
+    bool inTray = true;
+    std::vector<std::string> notifications;
     int redrawCount = 0;
     std::optional<ColorValue> lastColor;
     std::vector<StatusMenuItem> menu;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/AppDelegate.h"
+#include "formats/color/ColorConversions.h"
 #include "library/Preferences.h"
 #include "library/User.h"
 #include "library/UserUndo.h"
@@ -53,19 +54,53 @@ TEST_F(AppDelegateTest, MalformedCommandsDoNothingSayNothingAndLogOneLineEach) {
     const std::vector<std::string> urls = {"kro://color/hex/FF0080", "kro://color/hex/FF0080/a/b", "kro://unknown/x/y/z",
                                            "kro://color/rgba/1-2-x-1/Bad", "kro://palette/rgba/1-2-3-1,1-2/P", "kro://",
                                            "kro://color/hex/FF0080/Raw Space", "kro://contrast/rgba/1-2-3-1,x/",
-                                           "kro://contrast/hex/FF0000", "kro://settings/colours",
+                                           "kro://contrast/hex/FF0000", "kro://settings/colors",
                                            "kro://color/hex/FF0080/%00"};
     LogCapture log;
     for (const auto& url : urls) delegate->handleURL(url);
     const auto lines = log.text();
     EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), static_cast<long>(urls.size())) << lines;
     EXPECT_NE(lines.find("URL command ignored, unknown command: kro://unknown/x/y/z\n"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("URL command ignored, a colour does not read: kro://palette/rgba/1-2-3-1,1-2/P\n"),
+    EXPECT_NE(lines.find("URL command ignored, a color does not read: kro://palette/rgba/1-2-3-1,1-2/P\n"),
               std::string::npos) << lines;
     EXPECT_TRUE(User::shared()->history->colors.empty());
     EXPECT_EQ(User::shared()->palettes.size(), 1u);
     EXPECT_EQ(fake.tooltip.messages.size(), before);
     EXPECT_TRUE(environment.notifications.postedNames().empty());
+}
+
+TEST_F(AppDelegateTest, AfterARestartTheTrayIconShowsTheNewestColourOfTheHistory) {
+    EXPECT_FALSE(fake.statusItem.lastColor) << "an empty history leaves the plain icon";
+    delegate->handleURL("kro://color/hex/FF0080/Hot%20Pink");
+    delegate->handleURL("kro://color/hex/00A0FF/Sky");
+
+    delegate.reset();
+    User::resetShared();
+    FakeDesktop restarted;
+    delegate = std::make_unique<AppDelegate>(restarted.desktop());
+    delegate->applicationDidFinishLaunching();
+    environment.queue.runDue();
+    ASSERT_TRUE(restarted.statusItem.lastColor);
+    EXPECT_EQ(hexText(*restarted.statusItem.lastColor), "00A0FF");
+
+    Preferences::shared().setDisplayLastColor(false);
+    delegate->redrawStatusButton();
+    EXPECT_FALSE(restarted.statusItem.lastColor) << "unless the last color is not to be shown";
+}
+
+TEST_F(AppDelegateTest, WithoutATrayThePersonIsToldOnceHowToReachKro) {
+    EXPECT_TRUE(fake.statusItem.notifications.empty()) << "the tray shows the icon";
+
+    delegate.reset();
+    FakeDesktop trayless;
+    trayless.statusItem.inTray = false;
+    delegate = std::make_unique<AppDelegate>(trayless.desktop());
+    delegate->applicationDidFinishLaunching();
+    environment.queue.advance(Seconds(120));
+    ASSERT_EQ(trayless.statusItem.notifications.size(), 1u);
+    const auto& message = trayless.statusItem.notifications[0];
+    EXPECT_NE(message.find("Ctrl+Alt+P"), std::string::npos) << message;
+    EXPECT_NE(message.find("kro open kro://picker"), std::string::npos) << message;
 }
 
 TEST_F(AppDelegateTest, EitherSettingPostingTheSharedNameRestartsTheImportTimerAndRedraws) {
@@ -177,7 +212,7 @@ TEST(AppDelegateWindows, LaunchCreatesTheControllersInOrderAndTheActionsShortcut
     std::vector<std::string> titles;
     for (const auto& item : fake.statusItem.menu) titles.push_back(item.title);
     EXPECT_EQ(std::vector<std::string>(titles.begin(), titles.begin() + 3),
-              (std::vector<std::string>{"Pick Colour", "Show Menu Window", "Open Library"}));
+              (std::vector<std::string>{"Pick Color", "Show Menu Window", "Open Library"}));
     fake.statusItem.menu[2].action();
     EXPECT_EQ(windows.main->shown, 1);
 

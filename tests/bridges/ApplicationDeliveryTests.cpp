@@ -155,10 +155,10 @@ TEST_F(ApplicationDeliveryTest, CommandLineRequestsReadAndSendAndSayWhatWentWron
     reply = request({{"bridge", "set"}, {"slot", "secondary"}, {"color", "00C0FF"}});
     gimpAnswers("((0 0 0)) kro-end");
     ASSERT_TRUE(*reply);
-    EXPECT_EQ((*reply)->value("error", ""), "GIMP did not take the colour; it is on the clipboard");
+    EXPECT_EQ((*reply)->value("error", ""), "GIMP did not take the color; it is on the clipboard");
     EXPECT_EQ(clipboard.contents, ColorFormats::shared().clipboardString(ColorValue::rgb(0, 192 / 255.0, 1), smartFormatName("org.gimp.GIMP")));
 
-    EXPECT_EQ(error({{"bridge", "set"}, {"slot", "primary"}, {"color", "(gimp-quit 0)"}}), "the colour is not understood");
+    EXPECT_EQ(error({{"bridge", "set"}, {"slot", "primary"}, {"color", "(gimp-quit 0)"}}), "the color is not understood");
     EXPECT_EQ(error({{"bridge", "get"}, {"slot", "tertiary"}}), "the agent did not understand the request");
     EXPECT_EQ(error({{"bridge", "get"}, {"app", "Photoshop"}}), "no design application is known as Photoshop");
     applications.bringToFront(terminalWindow());

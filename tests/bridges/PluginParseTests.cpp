@@ -10,7 +10,7 @@ TEST(PluginParseTest, HexColoursComeOutOpaqueInTextOrder) {
     for (const auto& color : colors) EXPECT_EQ(color.alpha(), 1.0);
     // The pattern has no word boundaries: the first six of seven digits count, as "beaded" does.
     EXPECT_EQ(hexOf(PluginParse::colors("1234567 beaded")), (std::vector<std::string>{"123456", "BEADED"}));
-    EXPECT_TRUE(PluginParse::colors("no colour here").empty());
+    EXPECT_TRUE(PluginParse::colors("no color here").empty());
 }
 
 TEST(PluginParseTest, ColourNamesOfTheListCountAsTheirHexInPlace) {

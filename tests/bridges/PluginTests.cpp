@@ -76,7 +76,7 @@ TEST_F(PluginRegistryTest, WithoutAnEntryOrAWayInThereIsNothingToReadAndSettingF
     EXPECT_FALSE(got->result);
     EXPECT_EQ(*set(PickerPlugin::primary, ColorValue::rgb(1, 0, 0)), false);
     EXPECT_TRUE(bus.calls.empty() && keys.events.empty());
-    EXPECT_NE(log.text().find("Photoshop has no way to read its colour here"), std::string::npos);
+    EXPECT_NE(log.text().find("Photoshop has no way to read its color here"), std::string::npos);
 }
 
 TEST_F(PluginRegistryTest, EntriesThatDoNotDecodeLeaveTheRegistryEmpty) {

@@ -81,7 +81,7 @@ TEST(ColorCommandsTest, WrongCommandLinesAndBadColours) {
         {"contrast", {"000000", "ffffff", "eeeeee"}, exitUsage},
         {"contrast", {"000000", "nothing"}, exitFailed},
         {"simulate", {"deuteranopia"}, exitUsage},
-        {"simulate", {"colourful", "ff0000"}, exitUsage},
+        {"simulate", {"colorful", "ff0000"}, exitUsage},
         {"simulate", {"protanopia", "ff0000", "#fff"}, exitFailed},
         {"scan", {"--patterns", "cssRGB,css"}, exitUsage},
         {"scan", {"--patterns", ""}, exitUsage},
@@ -94,7 +94,7 @@ TEST(ColorCommandsTest, WrongCommandLinesAndBadColours) {
         EXPECT_EQ(result.out, "") << c.name;
         EXPECT_FALSE(result.err.empty());
     }
-    EXPECT_EQ(run("simulate", {"protanopia", "ff0000", "#fff"}).err, "kro: cannot read colour '#fff'\n");
+    EXPECT_EQ(run("simulate", {"protanopia", "ff0000", "#fff"}).err, "kro: cannot read color '#fff'\n");
 }
 
 }  // namespace

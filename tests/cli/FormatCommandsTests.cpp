@@ -74,10 +74,10 @@ TEST_F(FormatCommandsTest, ErrorsChangeAndWriteNothing) {
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "kro: no format named \"No Such Format\"\n");
 
-    result = run("format", {"FF0080", "not a colour"});
+    result = run("format", {"FF0080", "not a color"});
     EXPECT_EQ(result.status, exitFailed);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "kro: cannot read colour 'not a colour'\n");
+    EXPECT_EQ(result.err, "kro: cannot read color 'not a color'\n");
 
     for (const auto& args : std::vector<std::vector<std::string>>{
              {}, {"--format", "CSS Hex"}, {"--format"}, {"--format", "A", "--template", "B", "FF0080"}}) {

@@ -115,11 +115,11 @@ TEST_F(LibraryCommandsTest, UndoAndRedoWalkTheHistoryOfTheProcessThatMadeTheChan
         return User::fromJson(kro::parseJson(*environment.files.read(*User::store().path("v5"))))->palettes[0]->name;
     };
     ASSERT_EQ(run({"undo"}), exitDone) << err.str();
-    EXPECT_EQ(out.str(), "Undone: the library has 1 palette and 0 history colours\n");
+    EXPECT_EQ(out.str(), "Undone: the library has 1 palette and 0 history colors\n");
     EXPECT_EQ(storedName(), "After");
     environment.queue.runDue();
     ASSERT_EQ(run({"redo"}), exitDone) << err.str();
-    EXPECT_EQ(out.str(), "Redone: the library has 1 palette and 0 history colours\n");
+    EXPECT_EQ(out.str(), "Redone: the library has 1 palette and 0 history colors\n");
     EXPECT_EQ(storedName(), "Before");
     EXPECT_EQ(run({"undo", "more"}), exitUsage);
 }

@@ -20,11 +20,11 @@ TEST(NameCommandTest, NamesEachColourOnItsOwnLine) {
 
 TEST(NameCommandTest, ABadColourFailsBeforeAnythingIsWritten) {
     // Text in which recognition finds a colour (" FF0000", "#FF00000") is read as that colour; these hold none.
-    for (const char* bad : {"FF00", "GG0000", "", "0xFF00", "#fff", "no colour here"}) {
+    for (const char* bad : {"FF00", "GG0000", "", "0xFF00", "#fff", "no color here"}) {
         auto run = runName({"FF0000", bad});
         EXPECT_EQ(run.status, exitFailed) << bad;
         EXPECT_EQ(run.out, "") << bad;
-        EXPECT_EQ(run.err, "kro: cannot read colour '" + std::string(bad) + "'\n");
+        EXPECT_EQ(run.err, "kro: cannot read color '" + std::string(bad) + "'\n");
     }
 }
 

@@ -115,7 +115,7 @@ protected:
     // A GIMP palette file named `name` with one colour.
     std::string paletteFile(const std::string& name) {
         const auto path = folder / (name + ".gpl");
-        std::ofstream(path) << "GIMP Palette\nName: " << name << "\n#\n200 30 90\tSome colour\n";
+        std::ofstream(path) << "GIMP Palette\nName: " << name << "\n#\n200 30 90\tSome color\n";
         return path.string();
     }
 

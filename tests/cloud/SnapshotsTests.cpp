@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "CloudTestSupport.h"
+#include "cloud/LibraryRequests.h"
 #include "cloud/Snapshots.h"
 #include "library/Notifications.h"
 #include "library/Preferences.h"
@@ -81,6 +82,41 @@ TEST_F(SnapshotsTest, MakingOneCopiesTheLibraryAndDescribesTheHost) {
     EXPECT_EQ(Snapshot::make(*User::shared())->machine, SnapshotMachine::macMini);
     env.files.remove("/sys/class/dmi/id/chassis_type");
     EXPECT_EQ(Snapshot::make(*User::shared())->machine, SnapshotMachine::iMac);
+}
+
+TEST_F(SnapshotsTest, TheListNamesTheMachineInTheSystemsOwnWords) {
+    env.files.createDirectories("/etc");
+    env.files.createDirectories("/proc");
+    env.files.createDirectories("/sys/class/dmi/id");
+    const auto chassisOfANewSnapshot = [] { return Snapshot::make(*User::shared())->chassis.value_or(""); };
+    env.files.writeAtomically("/sys/class/dmi/id/chassis_type", "13\n");  // an all-in-one
+    EXPECT_EQ(chassisOfANewSnapshot(), "Desktop");
+    env.files.writeAtomically("/proc/cpuinfo", "flags\t\t: fpu vme hypervisor lahf_lm\n");
+    EXPECT_EQ(chassisOfANewSnapshot(), "Virtual machine");
+    env.files.writeAtomically("/etc/machine-info", "CHASSIS=laptop\n");  // the person's own setting wins
+    EXPECT_EQ(chassisOfANewSnapshot(), "Laptop");
+    env.files.remove("/etc/machine-info");
+    env.files.remove("/proc/cpuinfo");
+    env.files.writeAtomically("/sys/class/dmi/id/chassis_type", "2\n");  // "unknown"
+    EXPECT_EQ(chassisOfANewSnapshot(), "Computer");
+
+    // The stored kind keeps its value; a snapshot written without the words is shown by its kind.
+    env.files.writeAtomically("/proc/cpuinfo", "flags\t\t: hypervisor\n");
+    auto own = Snapshot::make(*User::shared());
+    ASSERT_TRUE(Snapshots::shared().add(Snapshot::fromJson(own->toJson())));
+    EXPECT_EQ(own->toJson()["machine"], "iMac");
+    auto older = own->toJson();
+    older.erase("chassis");
+    older["uuid"] = "older";
+    ASSERT_TRUE(Snapshots::shared().add(Snapshot::fromJson(older)));
+
+    std::string listed;
+    handleLibraryRequest(Json{{"snapshot", "list"}}, [&](const Json& reply) {
+        for (const auto& line : reply["lines"]) listed += line.get<std::string>() + "\n";
+    });
+    EXPECT_NE(listed.find("  Virtual machine "), std::string::npos) << listed;
+    EXPECT_NE(listed.find("  Desktop "), std::string::npos) << listed;
+    EXPECT_EQ(listed.find("iMac"), std::string::npos) << listed;
 }
 
 TEST_F(SnapshotsTest, ListKeepsOneOfEachUuidAndSurvivesAReload) {

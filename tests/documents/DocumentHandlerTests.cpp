@@ -49,7 +49,7 @@ TEST_F(DocumentHandlerTest, BadFilesAreSkippedAndTheOthersGoOn) {
         put("color-in-disguise.palette", compactText(colorJson)),  // a colour is not a palette
         put("missing.palette", ""),
         put("nothing.unknownext", "1 2 3"),
-        put("list.clr", "not a colour list"),  // read by the exchange layer, which refuses it
+        put("list.clr", "not a color list"),  // read by the exchange layer, which refuses it
         put("good.color", compactText(colorJson)),
     };
     environment.files.files.erase("/home/test/in/missing.palette");

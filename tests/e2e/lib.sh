@@ -1,5 +1,6 @@
 # Shared set-up for the end-to-end tests: a virtual X display with a tray host, private XDG folders,
 # and helpers to start and stop the real agent. Source it; it cleans up after itself on exit.
+# KRO_E2E_SCREEN sets the display's size (1280x800x24); E2E_TRAY=later leaves the tray host to the test.
 set -euo pipefail
 
 KRO=${1:?usage: $0 PATH_TO_KRO}
@@ -27,6 +28,8 @@ cleanup() {
     if ((status != 0)); then
         echo "--- agent log ---"
         cat "$WORK"/agent-*.log 2>/dev/null | tail -60 || true
+        echo "--- X server log ---"
+        tail -20 "$WORK/xvfb.log" 2>/dev/null || true
     fi
     rm -rf "$WORK"
     exit $status
@@ -39,15 +42,20 @@ fail() { echo "FAIL: $*" >&2; exit 1; }
 display=90
 while [[ -e /tmp/.X${display}-lock || -e /tmp/.X11-unix/X${display} ]]; do display=$((display + 1)); done
 export DISPLAY=:$display
-Xvfb "$DISPLAY" -screen 0 "${KRO_E2E_SCREEN:-1280x800x24}" -nolisten tcp >"$WORK/xvfb.log" 2>&1 &
+# -noreset: the root's colour and resources set by a test stay when its last client leaves.
+Xvfb "$DISPLAY" -screen 0 "${KRO_E2E_SCREEN:-1280x800x24}" -nolisten tcp -noreset >"$WORK/xvfb.log" 2>&1 &
 PIDS+=($!)
 for _ in $(seq 100); do xdpyinfo >/dev/null 2>&1 && break; sleep 0.1; done
 xdpyinfo >/dev/null 2>&1 || fail "Xvfb did not start"
 
 # The tray host: an XEmbed system tray that owns _NET_SYSTEM_TRAY_S0. Its window appears before it takes
 # the selection, so wait for the selection's owner itself: the agent looks for the tray once, at start.
-trayer --edge top --align right --widthtype pixel --width 200 --heighttype pixel --height 24 >"$WORK/trayer.log" 2>&1 &
-PIDS+=($!)
+start_tray_host() {
+    trayer --edge top --align right --widthtype pixel --width 200 --heighttype pixel --height 24 >"$WORK/trayer.log" 2>&1 &
+    PIDS+=($!)
+    for _ in $(seq 100); do tray_owned && return 0; sleep 0.1; done
+    fail "the tray host did not take the tray"
+}
 tray_owned() {
     python3 - <<'PY'
 import ctypes, sys
@@ -61,8 +69,7 @@ display = x11.XOpenDisplay(None)
 sys.exit(0 if display and x11.XGetSelectionOwner(display, x11.XInternAtom(display, b"_NET_SYSTEM_TRAY_S0", 0)) else 1)
 PY
 }
-for _ in $(seq 100); do tray_owned && break; sleep 0.1; done
-tray_owned || fail "the tray host did not take the tray"
+[[ ${E2E_TRAY:-} == later ]] || start_tray_host
 
 agent_runs=0
 start_agent() {

@@ -41,7 +41,7 @@ TEST(ACBCoder, ReadsABookAndDropsItsFillers) {
                                              {"$$$/acb/Test/Yellow=Yellow", "YELLOC", "FF FF 00 FF"}}));
     EXPECT_EQ(read.format, PaletteFormat::acb);
     EXPECT_EQ(read.name, "Test Book");
-    ASSERT_EQ(read.colors.size(), 2u) << "fewer colours than the header's count";
+    ASSERT_EQ(read.colors.size(), 2u) << "fewer colors than the header's count";
     EXPECT_EQ(read.colors[0].name, "Cyan");
     expectComponents(read.colors[0], ColorSpace::CMYK, {1, 0, 0, 0});
     EXPECT_EQ(read.colors[1].name, "Yellow");
@@ -58,7 +58,7 @@ TEST(ACBCoder, DecodesEachSpaceAndOlderBooksWithoutTrailer) {
     expectComponents(rgb.colors.at(0), ColorSpace::RGB, {1, 0.2, 0});
     const auto gray = acbCoder->decode(book("G", 8, {{"", "G00001", "33"}}));
     expectComponents(gray.colors.at(0), ColorSpace::Gray, {0.2});
-    EXPECT_EQ(gray.colors.at(0).name, "") << "a code alone makes it a colour";
+    EXPECT_EQ(gray.colors.at(0).name, "") << "a code alone makes it a color";
     for (const auto& palette : {lab, rgb, gray}) EXPECT_EQ(palette.colors.at(0).alpha, 1);
 }
 

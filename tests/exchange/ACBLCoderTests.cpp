@@ -28,7 +28,7 @@ TEST(ACBLCoder, ReadsSwatchesInTheFormatsSpace) {
         EXPECT_EQ(color.name, "");
         EXPECT_EQ(color.alpha, 1);
     }
-    EXPECT_TRUE(acblCoder->decode(swatchbook("", "<Sp><C>1 0 0</C></Sp>")).colors.empty()) << "no Format, no colours";
+    EXPECT_TRUE(acblCoder->decode(swatchbook("", "<Sp><C>1 0 0</C></Sp>")).colors.empty()) << "no Format, no colors";
 }
 
 TEST(ACBLCoder, RefusesWhatIsNotABook) {

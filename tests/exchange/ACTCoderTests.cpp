@@ -28,7 +28,7 @@ TEST(ACTCoder, ReadsTheTableAndItsOptionalTrailer) {
     ASSERT_EQ(transparent.colors.size(), 3u);
     EXPECT_EQ(transparent.colors[0].alpha, 1);
     EXPECT_EQ(transparent.colors[1].alpha, 0);
-    EXPECT_EQ(actCoder->decode(table(4, "0003 0003")).colors[2].alpha, 1) << "an index past the kept colours";
+    EXPECT_EQ(actCoder->decode(table(4, "0003 0003")).colors[2].alpha, 1) << "an index past the kept colors";
     EXPECT_EQ(actCoder->decode(table(4, "FFFF FFFF")).colors.size(), 256u) << "a negative count keeps the table";
     EXPECT_EQ(actCoder->decode(table(3, "0002 00")).colors.size(), 2u) << "half a transparent index is none";
 

@@ -303,7 +303,7 @@ TEST(CLRCoder, RealListsFromDesignTokenPackages) {
     } lists[] = {{"clr/Polaris.clr", 58, "purple-text", "50495a", "white"},
                  {"clr/ibm-colors.clr", 202, "ultramarine 1", "e7e9f7", "warm-white 4"}};
     // They come from the npm registry, which the fixture may not have reached; it says so when it did not.
-    if (!std::filesystem::exists(realPalettes() / "clr" / ".done")) GTEST_SKIP() << "no colour lists were fetched from npm";
+    if (!std::filesystem::exists(realPalettes() / "clr" / ".done")) GTEST_SKIP() << "no color lists were fetched from npm";
     for (const auto& expected : lists) {
         const auto bytes = realFile(expected.file);
         const auto read = keyedCoder->decode(bytes);

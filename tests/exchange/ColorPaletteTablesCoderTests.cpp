@@ -66,7 +66,7 @@ TEST(ColorPaletteTablesCoderTest, HSVTablesAreSampledAlongTheHue) {
 }
 
 TEST(ColorPaletteTablesCoderTest, RefusesWhatIsNotATable) {
-    for (const char* text : {"", "# only a comment\n", "0 1 2\n", "0 red 1\n", "0 red 1 nocolour\n", "1 red 0 blue\n",
+    for (const char* text : {"", "# only a comment\n", "0 1 2\n", "0 red 1\n", "0 red 1 nocolor\n", "1 red 0 blue\n",
                              "0 red 1 blue\n2 red 1.5 blue\n", "0 red 0 blue\n", "# COLOR_MODEL = LAB\n0 red 1 blue\n",
                              "0 red 1 blue\n2 green\n", "0 1 2 3 4 5\n"})
         expectCommonError(Case::invalidFormat, [text] { decodeCPT(text); });

@@ -53,8 +53,8 @@ inline void expectExactColors(const std::vector<PAL::Color>& actual, const std::
     ASSERT_EQ(actual.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
         EXPECT_EQ(actual[i], expected[i]) << actual[i].debugDescription();
-        EXPECT_EQ(actual[i].colorComponents, expected[i].colorComponents) << "colour " << i;
-        EXPECT_EQ(actual[i].alpha, expected[i].alpha) << "colour " << i;
+        EXPECT_EQ(actual[i].colorComponents, expected[i].colorComponents) << "color " << i;
+        EXPECT_EQ(actual[i].alpha, expected[i].alpha) << "color " << i;
     }
 }
 

@@ -30,7 +30,7 @@ TEST(GnuplotCoderTest, RoundTripsNamesHardEdgesAndStopsShortOfTheEnds) {
 
 TEST(GnuplotCoderTest, ReadsDataFilesOfEveryShapeGnuplotTakes) {
     // gray r g b over any rising range, comments and blank lines.
-    expectStops(decodeGPF("# Gnuplot colour map\n-1 0 0 0\n\n1 1 1 1 # white\n3 1 0 0\n"),
+    expectStops(decodeGPF("# Gnuplot color map\n-1 0 0 0\n\n1 1 1 1 # white\n3 1 0 0\n"),
                 {{0, "000000"}, {0.5, "ffffff"}, {1, "ff0000"}});
     // r g b alone: the line number is the gray; packed colours.
     expectStops(decodeGPF("1 0 0\n0 0 1\n0 1 0\n"), {{0, "ff0000"}, {0.5, "0000ff"}, {1, "00ff00"}});
@@ -51,7 +51,7 @@ TEST(GnuplotCoderTest, ReadsADefinedPaletteCommand) {
 TEST(GnuplotCoderTest, RefusesWhatGnuplotWouldNot) {
     for (const char* text :
          {"", "# nothing\n", "0 1\n", "1 0 0 0\n0 1 1 1\n", "0 x 0 0\n", "0 0 0 0 0\n",
-          "set palette defined (0 \"no-such-colour\", 1 \"red\")", "set palette defined (0 1 1)",
+          "set palette defined (0 \"no-such-color\", 1 \"red\")", "set palette defined (0 1 1)",
           "set palette model XYZ defined (0 1 1 1)", "set palette defined 0 1 1 1", "set palette defined (0 \"red)"})
         expectCommonError(Case::invalidFormat, [text] { decodeGPF(text); });
 }

@@ -143,9 +143,9 @@ TEST(ImageCoder, AccuracyDecidesWhichShadesCountAsOne) {
     };
     using Hexes = std::vector<std::string>;
     EXPECT_EQ(sampled(1), (Hexes{"c82828ff", "cc2a28ff", "0000ffff", "0000f5ff"})) << "equal areas in the order they appear";
-    EXPECT_EQ(sampled(0.99), (Hexes{"c82828ff", "0000ffff", "0000f5ff"})) << "the reds are one colour; flat blues stay apart";
+    EXPECT_EQ(sampled(0.99), (Hexes{"c82828ff", "0000ffff", "0000f5ff"})) << "the reds are one color; flat blues stay apart";
     EXPECT_EQ(sampled(0.99, 1), (Hexes{"c82828ff"}));
-    EXPECT_EQ(sampled(0), (Hexes{"0000f5ff", "0000ffff"})) << "every shade joins the nearest flat colour";
+    EXPECT_EQ(sampled(0), (Hexes{"0000f5ff", "0000ffff"})) << "every shade joins the nearest flat color";
     EXPECT_EQ(sampled(NAN), sampled(1));
 }
 
@@ -184,7 +184,7 @@ TEST(ImageCoderRealFiles, SamplesAPhotograph) {
     EXPECT_LE(palette.colors.size(), coder.maximumColorCount);
     EXPECT_LT(palette.colors.front().relativeLuminance(), 0.05) << "the dark forest covers most of it";
     EXPECT_TRUE(std::any_of(palette.colors.begin(), palette.colors.end(), [](const Color& c) { return c.relativeLuminance() > 0.9; }))
-        << "the white title is a colour of its own";
+        << "the white title is a color of its own";
     EXPECT_TRUE(std::all_of(palette.colors.begin(), palette.colors.end(), [](const Color& c) { return c.alpha == 1; }));
     coder.accuracy = 0.8;
     EXPECT_LT(coder.decode(photograph).colors.size(), palette.colors.size() / 2) << "a lower accuracy merges more";

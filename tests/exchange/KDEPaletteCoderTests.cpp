@@ -32,7 +32,7 @@ TEST(KDEPaletteCoderTest, ReadsAsKDEDoes) {
     // lines that do not start with three numbers are passed over.
     const Palette kde = kdeCoder->decode(
         "KDE RGB Palette\n#\n# Harbour Dusk \n#second description line\n"
-        "255 255 255\tWhite\n  300 -5 7   Out  of range \nnot a colour\n12 34\n1 2 3 4 Four is a name here\n");
+        "255 255 255\tWhite\n  300 -5 7   Out  of range \nnot a color\n12 34\n1 2 3 4 Four is a name here\n");
     EXPECT_EQ(kde.name, "Harbour Dusk");
     EXPECT_EQ(kde.colors, (std::vector<Color>{Color::rgb255(255, 255, 255, 255, "White"), Color::rgb255(255, 0, 7, 255, "Out  of range"),
                                               Color::rgb255(1, 2, 3, 255, "4 Four is a name here")}));

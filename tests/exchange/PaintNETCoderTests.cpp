@@ -52,6 +52,6 @@ TEST(PaintNETCoderTest, ReadsAsPaintNETDoes) {
 }
 
 TEST(PaintNETCoderTest, RefusesShortValuesWithoutItsCommentsAndLinesThatAreNotOneValue) {
-    for (const char* text : {"", "172a3a\n40708a\n", "FF172A3A FF40708A\n", "FF172A3A\nnot a colour\n", "FF172A3AFF\n"})
+    for (const char* text : {"", "172a3a\n40708a\n", "FF172A3A FF40708A\n", "FF172A3A\nnot a color\n", "FF172A3AFF\n"})
         expectCommonError(Case::invalidFormat, [text] { paintNETCoder->decode(text); });
 }

@@ -75,7 +75,7 @@ TEST(RGBTextCoderTest, RGBAndRGBATextRefuseEachOthersFiles) {
     const Palette named = rgbCoder->decode("255 0 0 50 Shades\n0 0 255 Blue\n");
     EXPECT_EQ(named.colors.at(0).name, "50 Shades");
 
-    for (const char* text : {"", "! only a comment\n", "12 34\n", "0x1F 0 0\n", "1,2,3\n", "1 2 3\nnot a colour\n"}) {
+    for (const char* text : {"", "! only a comment\n", "12 34\n", "0x1F 0 0\n", "1,2,3\n", "1 2 3\nnot a color\n"}) {
         expectCommonError(Case::invalidFormat, [&] { rgbCoder->decode(text); });
         expectCommonError(Case::invalidFormat, [&] { rgbaCoder->decode(text); });
     }

@@ -54,7 +54,7 @@ TEST(SVGCoder, DrawsEverySwatchWithItsValueAndName) {
     EXPECT_EQ(cells[0].label, "Deep \"Water\"");
     EXPECT_EQ(cells[0].title, "Deep \"Water\" #172a3a");
     EXPECT_EQ(cells[1].opacity, "0.5");
-    EXPECT_EQ(cells[1].title, "#ffffff") << "an unnamed colour is titled by its value";
+    EXPECT_EQ(cells[1].title, "#ffffff") << "an unnamed color is titled by its value";
     EXPECT_EQ(cells[0].opacity, "");
 
     // Rows: the globals, the accents, then the ten reds wrapped after eight.

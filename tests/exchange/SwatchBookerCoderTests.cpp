@@ -98,7 +98,7 @@ TEST(SwatchBookerCoderTest, KeepsNamesGroupsSpacesAndSpotColours) {
     EXPECT_EQ(back.colors, palette.colors);
     ASSERT_EQ(back.groups.size(), 2u);
     EXPECT_EQ(back.groups[0].name, "Greys");
-    EXPECT_EQ(back.groups[0].colors, palette.groups[0].colors) << "two colours of one name stay two";
+    EXPECT_EQ(back.groups[0].colors, palette.groups[0].colors) << "two colors of one name stay two";
     EXPECT_EQ(back.groups[1].name, "");
     EXPECT_EQ(back.groups[1].colors, palette.groups[1].colors);
 

@@ -148,7 +148,7 @@ TEST_F(DeliveryTest, TheColoursOfASessionGoToANewOrAChosenPalette) {
     const auto& first = User::shared()->palettes.front()->colors;
     EXPECT_EQ(first[0]->hex, "00FF00");
     EXPECT_EQ(first[1]->hex, "FF0000");
-    EXPECT_EQ(historyHex().size(), 2u) << "colours already in the history stay as they are";
+    EXPECT_EQ(historyHex().size(), 2u) << "colors already in the history stay as they are";
 }
 
 // The whole pick by keyboard (open, arrow moves, Return) runs on a real display in the end-to-end test.
@@ -180,7 +180,7 @@ TEST_F(DeliveryTest, ThePickerCommandAndTheTrayOpenThePickerAndTheTrayListsTheHi
     delegate->pickerDidPick(kOrange, PickerSource::standard);
     const auto& items = fake.statusItem.menu;
     ASSERT_GE(items.size(), 4u);
-    EXPECT_EQ(items.front().title, "Pick Colour");
+    EXPECT_EQ(items.front().title, "Pick Color");
     EXPECT_EQ(items.back().title, "Quit Kro");
     EXPECT_TRUE(items[2].swatch);
     fake.clipboard.contents.reset();
@@ -189,6 +189,51 @@ TEST_F(DeliveryTest, ThePickerCommandAndTheTrayOpenThePickerAndTheTrayListsTheHi
 
     fake.statusItem.onActivated();
     EXPECT_TRUE(delegate->picker().isOpen);
+}
+
+TEST_F(DeliveryTest, ACommandLinePickAnswersOnceItsColoursArePickedAndAnEmptySessionEndsIt) {
+    std::vector<std::string> replies;
+    const auto ask = [&](const std::string& request) {
+        delegate->handleAgentRequest(request, [&replies](const std::string& reply) { replies.push_back(reply); });
+    };
+    auto& picker = delegate->picker();
+    const auto pickAt = [&](double x, double y) {
+        pointer.at = {x, y};
+        environment.queue.advance(Seconds(0.3));
+        picker.pickerImage.drawPass();
+        environment.queue.advance(Seconds(0.1));
+        picker.confirm(PickerConfirmTrigger::mouse);
+        environment.queue.advance(Seconds(0.1));
+    };
+    // Two colours in a template: each session picks one and the next opens by itself, in the standard mode
+    // whatever the last session left; each colour is also delivered as usual.
+    picker.mode = PickerMode::multiple;
+    ask(R"({"pick": {"count": 2, "template": "hex[red]hex[green]hex[blue]"}})");
+    EXPECT_TRUE(picker.isOpen);
+    EXPECT_EQ(picker.mode, PickerMode::standard);
+    ask(R"({"pick": {}})");
+    EXPECT_EQ(replies, std::vector<std::string>{R"({"ok":false,"error":"the loupe is already open"})"});
+    replies.clear();
+    pickAt(10, 20);
+    EXPECT_TRUE(replies.empty());
+    EXPECT_TRUE(picker.isOpen) << "the second session";
+    pickAt(30, 40);
+    ASSERT_EQ(replies.size(), 1u);
+    EXPECT_EQ(replies[0], R"({"ok":true,"lines":["0a1500","1e2800"]})") << "the first show nudged the pointer one down";
+    EXPECT_EQ(historyHex(), (std::vector<std::string>{"1E2800", "0A1500"}));
+
+    // A named format; Escape (a close without a pick) ends the request with nothing picked.
+    replies.clear();
+    ask(R"({"pick": {"format": "No Such Format"}})");
+    EXPECT_EQ(replies, std::vector<std::string>{R"({"ok":false,"error":"no format named \"No Such Format\""})"});
+    EXPECT_FALSE(picker.isOpen);
+    replies.clear();
+    ask(R"({"pick": {"count": 3}})");
+    pickAt(50, 60);
+    environment.queue.advance(Seconds(0.3));
+    picker.close(true);
+    EXPECT_EQ(replies, std::vector<std::string>{R"({"ok":false,"error":"no color was picked"})"});
+    EXPECT_EQ(fake.clipboard.contents, "#323D00") << "the color picked before still reached the clipboard";
 }
 
 TEST(CMDKeys, CopyAndPasteTypeCtrlAndTheKeyWithAPauseBeforeEachEvent) {

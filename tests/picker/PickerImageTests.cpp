@@ -129,14 +129,24 @@ TEST(LoupeRenderer, TheCentreCellShowsThePixelUnderThePointerAndTheOvalClipsTheR
     image.pixels[200 * 400 + 201] = 0xFF00FF00u;
     image.pixels[0] = 0x00000000u;
     Bitmap canvas;
-    for (int zoom : {4, 8, 20}) {
-        renderLoupe({&image, 180, zoom, false, false, false}, canvas);
-        const int cell = (800 - zoom) / 2;
-        const int middle = cell + zoom / 2;
-        EXPECT_EQ(canvas.pixel(middle, middle), 0xFFFF0000u) << "zoom " << zoom;
-        EXPECT_EQ(canvas.pixel(middle + zoom, middle), 0xFF00FF00u) << "zoom " << zoom;
-        EXPECT_EQ(canvas.pixel(middle - zoom, middle), 0xFF0000FFu) << "zoom " << zoom;
+    // At a HiDPI scale the canvas has the window's device pixels: a cell grows, and still shows one pixel.
+    for (double scale : {1.0, 1.5, 2.0}) {
+        for (int zoom : {4, 8, 20}) {
+            renderLoupe({&image, 180, zoom, false, false, false, scale}, canvas);
+            const int side = static_cast<int>(800 * scale);
+            ASSERT_EQ(canvas.width, side);
+            const int cellSide = static_cast<int>(zoom * scale);
+            const int cell = (side - cellSide) / 2;
+            EXPECT_LE(cell, side / 2) << "the middle device pixel, the pointer's, lies in the centre cell";
+            EXPECT_GT(cell + cellSide, side / 2);
+            const int middle = cell + cellSide / 2;
+            const auto where = ::testing::Message() << "zoom " << zoom << " at " << scale;
+            EXPECT_EQ(canvas.pixel(middle, middle), 0xFFFF0000u) << where;
+            EXPECT_EQ(canvas.pixel(middle + cellSide, middle), 0xFF00FF00u) << where;
+            EXPECT_EQ(canvas.pixel(middle - cellSide, middle), 0xFF0000FFu) << where;
+        }
     }
+    renderLoupe({&image, 180, 8, false, false, false}, canvas);
     EXPECT_EQ(canvas.pixel(400 - 95, 400 - 95), 0u) << "outside the oval";
     EXPECT_EQ(canvas.pixel(400, 400 - 80) >> 24, 0xFFu) << "inside the oval";
 

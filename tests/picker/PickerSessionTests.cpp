@@ -76,21 +76,21 @@ TEST_F(PickerSessionTest, StandardClickDeliversACopyOfTheColourAndClosesOnlyWith
     EXPECT_EQ(rgbOf(delegate.picks[0].first), 0x2C1400u);
     EXPECT_EQ(delegate.picks[0].second, PickerSource::inspector);
     EXPECT_FALSE(picker->isOpen);
-    EXPECT_FALSE(picker->color) << "the colour does not outlive the session";
+    EXPECT_FALSE(picker->color) << "the color does not outlive the session";
 }
 
 TEST_F(PickerSessionTest, MultipleModeKeepsTwentyColoursAndReturnNeedsOne) {
     picker->mode = PickerMode::multiple;
     openAndReveal();
     picker->confirm(PickerConfirmTrigger::enter);
-    EXPECT_TRUE(picker->isOpen) << "Return with no colours leaves the session open";
+    EXPECT_TRUE(picker->isOpen) << "Return with no colors leaves the session open";
 
     for (int i = 0; i < 21; ++i) {
         pointAt(i, 50);
         picker->confirm(PickerConfirmTrigger::space);
     }
     ASSERT_EQ(picker->colors.size(), 20u);
-    EXPECT_EQ(rgbOf(picker->colors.front()), 0x013200u) << "the first colour was dropped";
+    EXPECT_EQ(rgbOf(picker->colors.front()), 0x013200u) << "the first color was dropped";
     EXPECT_EQ(std::count(sound.played.begin(), sound.played.end(), "color"), 21);
 
     picker->confirm(PickerConfirmTrigger::enter);
@@ -259,6 +259,38 @@ TEST_F(PickerSessionTest, TheScreenPositionIndexNamesTheNearSides) {
     pointer.at = {0, 0};
     picker->update();
     EXPECT_EQ(window.frame, (ScreenRect{-400, -400, 800, 800}));
+}
+
+TEST_F(PickerSessionTest, AtAHiDPIScaleTheWindowGrowsAroundThePointersDevicePixelAndThePickStaysExact) {
+    // A second screen drawn at twice the scale, to the right of the first.
+    screen.displays.push_back(ScreenInfo{2, {1280, 0, 2560, 1600}, 1, nullptr, 2});
+    openAndReveal();
+    pointAt(1500, 300);
+    EXPECT_EQ(window.frame, (ScreenRect{700, -500, 1600, 1600}));
+    EXPECT_EQ(rgbOf(*picker->color), ((1500u & 0xFFu) << 16) | ((300u & 0xFFu) << 8)) << "one cell, one device pixel";
+    EXPECT_EQ(picker->screenPosition(), 0) << "near an edge means 200 interface pixels, 400 device pixels here";
+
+    pointAt(500, 300);
+    EXPECT_EQ(window.frame, (ScreenRect{100, -100, 800, 800}));
+    EXPECT_EQ(picker->screenPosition(), 4);
+}
+
+TEST(LoupeLayout, TheTextBoxStaysOnTheScreenAtEveryEdgeAndScale) {
+    const auto box = [&](double x, double y, int size = 180, const ScreenInfo& on = ScreenInfo{1, {0, 0, 1280, 800}, 1, nullptr}) {
+        return loupeOverlayBox(size, screenInLoupeView(on, {x, y}));
+    };
+    // In the open: centred below the lens.
+    EXPECT_EQ(box(640, 300), (ViewBox{280, 496, 240, 64}));
+    // At the top-right corner, where the tray sits, it moves left to stay whole.
+    EXPECT_EQ(box(1279, 5).x + 240, 400 + (1280 - 1279) - 4);
+    // At the left edge it moves right, and at the bottom it goes above the lens.
+    EXPECT_EQ(box(0, 400).x, 400 + 4);
+    EXPECT_EQ(box(640, 790, 360), (ViewBox{280, 220 - 6 - 64, 240, 64}));
+    EXPECT_EQ(box(640, 500, 360).y, 220 + 360 + 6) << "below while it fits";
+    // At twice the scale the screen spans half as many interface pixels from the pointer.
+    const ScreenInfo twice{2, {1280, 0, 2560, 1600}, 1, nullptr, 2};
+    EXPECT_EQ(box(3838, 800, 180, twice).x + 240, 400 + 1 - 4);
+    EXPECT_EQ(box(1500, 1590, 180, twice).y, 310 - 6 - 64);
 }
 
 TEST_F(PickerSessionTest, TheProfileBadgeFollowsTheSmartProfileUnderThePointer) {

@@ -55,10 +55,10 @@ ColorPanelWindow::ColorPanelWindow(AppDelegate* delegate, QWidget* parent)
 
     auto* top = new QHBoxLayout();
     swatch_->setMinimumSize(72, 72);
-    swatch_->setAccessibleName("Colour");
+    swatch_->setAccessibleName("Color");
     top->addWidget(swatch_);
     auto* side = new QVBoxLayout();
-    text_->setAccessibleName("Colour in the panel's format");
+    text_->setAccessibleName("Color in the panel's format");
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     text_->setWordWrap(true);
     QFont mono = text_->font();
@@ -113,18 +113,18 @@ ColorPanelWindow::ColorPanelWindow(AppDelegate* delegate, QWidget* parent)
 
     auto* actions = new QHBoxLayout();
     auto* pick = new QPushButton("Pick", this);
-    pick->setAccessibleName("Pick a colour from the screen");
+    pick->setAccessibleName("Pick a color from the screen");
     connect(pick, &QPushButton::clicked, this, [this] {
         if (delegate_) delegate_->openPicker(PickerSource::colorpanel);
     });
     auto* copy = new QPushButton("Copy", this);
-    copy->setAccessibleName("Copy the colour in the panel's format");
+    copy->setAccessibleName("Copy the color in the panel's format");
     connect(copy, &QPushButton::clicked, this, [this] { copyText(); });
     auto* primary = new QPushButton("Use as Primary", this);
-    primary->setAccessibleName("Use the colour as the primary colour");
+    primary->setAccessibleName("Use the color as the primary color");
     connect(primary, &QPushButton::clicked, this, [this] { use(true); });
     auto* secondary = new QPushButton("Use as Secondary", this);
-    secondary->setAccessibleName("Use the colour as the secondary colour");
+    secondary->setAccessibleName("Use the color as the secondary color");
     connect(secondary, &QPushButton::clicked, this, [this] { use(false); });
     actions->addWidget(pick);
     actions->addStretch(1);

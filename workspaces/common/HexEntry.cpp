@@ -41,7 +41,7 @@ void HexEntry::setRefused(bool refused) {
     refused_ = refused;
     // The style sheet draws the mark in the theme's own red-ish "negative" colour on both themes.
     setStyleSheet(refused ? "QLineEdit { border: 2px solid #d64541; border-radius: 3px; }" : QString());
-    const QString why = refused ? "Not a hex colour: type three or six hex digits, such as #1E90FF" : QString();
+    const QString why = refused ? "Not a hex color: type three or six hex digits, such as #1E90FF" : QString();
     setToolTip(why);
     setAccessibleDescription(why);
 }

@@ -44,8 +44,8 @@ ContrastWindow::ContrastWindow(AppDelegate* delegate, QWidget* parent)
       explanation_(new QLabel(this)),
       preview_(new ContrastPreview(this)),
       vision_(new QComboBox(this)),
-      undo_(button("Undo", "Undo the last change of the colours", this)),
-      redo_(button("Redo", "Redo the change of the colours", this)) {
+      undo_(button("Undo", "Undo the last change of the colors", this)),
+      redo_(button("Redo", "Redo the change of the colors", this)) {
     setWindowTitle("Kro Contrast Checker");
     setAccessibleName("Contrast checker");
     auto* layout = new QVBoxLayout(this);
@@ -53,8 +53,8 @@ ContrastWindow::ContrastWindow(AppDelegate* delegate, QWidget* parent)
 
     auto* wells = new QHBoxLayout();
     wells->addWidget(makeWell(foreground, "Foreground"), 1);
-    auto* swapButton = button("⇄", "Swap the foreground and background colours", this);
-    swapButton->setToolTip("Swap colours");
+    auto* swapButton = button("⇄", "Swap the foreground and background colors", this);
+    swapButton->setToolTip("Swap colors");
     connect(swapButton, &QPushButton::clicked, this, [this] { swap(); });
     wells->addWidget(swapButton, 0, Qt::AlignVCenter);
     wells->addWidget(makeWell(background, "Background"), 1);
@@ -106,7 +106,7 @@ ContrastWindow::ContrastWindow(AppDelegate* delegate, QWidget* parent)
     for (auto blindness : kAllColorBlindness) {
         vision_->addItem(blindness == ColorBlindness::normal ? "Normal vision" : QString::fromStdString(text(blindness)));
     }
-    vision_->setAccessibleName("Colour vision of the preview");
+    vision_->setAccessibleName("Color vision of the preview");
     visionLabel->setBuddy(vision_);
     connect(vision_, &QComboBox::activated, this, [](int index) {
         Preferences::shared().setColorBlindness(kAllColorBlindness[size_t(index)]);
@@ -132,21 +132,21 @@ QWidget* ContrastWindow::makeWell(Role role, const QString& title) {
     auto* layout = new QVBoxLayout(box);
     well.swatch = new ColorSwatch(box);
     well.swatch->setMinimumSize(96, 72);
-    well.swatch->setAccessibleName(title + " colour");
+    well.swatch->setAccessibleName(title + " color");
     layout->addWidget(well.swatch, 1);
     well.name = new QLabel(box);
-    well.name->setAccessibleName(title + " colour name");
+    well.name->setAccessibleName(title + " color name");
     layout->addWidget(well.name);
     well.hex = new HexEntry(box);
     well.hex->setAccessibleName(title + " hex value");
     well.hex->onColor = [this, role](const ColorValue& color) { setColor(role, color); };
     layout->addWidget(well.hex);
     auto* buttons = new QHBoxLayout();
-    well.pick = button("Pick", "Pick the " + title.toLower() + " colour from the screen", box);
+    well.pick = button("Pick", "Pick the " + title.toLower() + " color from the screen", box);
     connect(well.pick, &QPushButton::clicked, this, [this, role] {
         if (delegate_) delegate_->openPicker(role == foreground ? PickerSource::contrastForeground : PickerSource::contrastBackground);
     });
-    well.fix = button("Fix", "Fix the " + title.toLower() + " colour to reach large-text contrast", box);
+    well.fix = button("Fix", "Fix the " + title.toLower() + " color to reach large-text contrast", box);
     well.fix->setToolTip("Changes the brightness until the pair reaches 3.0 (AA Large)");
     connect(well.fix, &QPushButton::clicked, this, [this, role] { fix(role); });
     buttons->addWidget(well.pick);

@@ -46,7 +46,7 @@ OnboardingWindow::OnboardingWindow(AppDelegate* delegate, QWidget* parent)
     big.setBold(true);
     title->setFont(big);
     layout->addWidget(title);
-    layout->addWidget(paragraph("Kro lives in the tray. It picks colours from anywhere on the screen, keeps them in a "
+    layout->addWidget(paragraph("Kro lives in the tray. It picks colors from anywhere on the screen, keeps them in a "
                                 "history and in palettes, and copies each one as text in the format you choose.",
                                 this));
     shortcuts_ = paragraph({}, this);
@@ -74,15 +74,15 @@ OnboardingWindow::OnboardingWindow(AppDelegate* delegate, QWidget* parent)
 }
 
 void OnboardingWindow::refresh() {
-    shortcuts_->setText("<b>Pick a colour</b> with " + shortcutOf(HotKeyIdentifier::openPicker) +
+    shortcuts_->setText("<b>Pick a color</b> with " + shortcutOf(HotKeyIdentifier::openPicker) +
                         " from any application. The library opens with " + shortcutOf(HotKeyIdentifier::openMainMenu) +
                         ", the contrast checker with " + shortcutOf(HotKeyIdentifier::openContrastChecker) +
-                        " and the colour dock shows or hides with " + shortcutOf(HotKeyIdentifier::toggleColorDock) +
+                        " and the color dock shows or hides with " + shortcutOf(HotKeyIdentifier::toggleColorDock) +
                         ". Every shortcut can be changed in Preferences › Shortcuts.");
     loupe_->setText("<b>In the loupe</b>, click, " + shortcutOf(HotKeyIdentifier::pickColorEnter) + " or " +
                     shortcutOf(HotKeyIdentifier::pickColorSpace) +
-                    " picks the colour under the centre; the arrow keys move one pixel (ten with Shift), the scroll "
-                    "wheel zooms, holding Ctrl offers the other modes (several colours, contrast) and " +
+                    " picks the color under the centre; the arrow keys move one pixel (ten with Shift), the scroll "
+                    "wheel zooms, holding Ctrl offers the other modes (several colors, contrast) and " +
                     shortcutOf(HotKeyIdentifier::closePicker) + " closes it.");
     if (trayHostAvailable()) {
         tray_->setText("<b>✓ The tray icon is in your panel.</b> A left click opens the menu window with your "

@@ -22,7 +22,7 @@ QWidget* makeAboutPane(AppDelegate* delegate, QWidget* parent) {
     title->setFont(big);
     title->setAccessibleName("Kro version " KRO_VERSION);
     layout->addWidget(title);
-    auto* blurb = new QLabel("A colour picker and palette manager for the Linux desktop: pick from the screen, keep "
+    auto* blurb = new QLabel("A color picker and palette manager for the Linux desktop: pick from the screen, keep "
                              "palettes, and carry them to and from other design programs.",
                              pane);
     blurb->setWordWrap(true);

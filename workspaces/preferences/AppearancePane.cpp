@@ -26,12 +26,12 @@ public:
         theme->setObjectName("appTheme");
         form->addRow("Theme:", theme);
 
-        auto* style = binder_.choice("Tray icon style", {"Icon only", "Icon with the last colour's swatch"},
+        auto* style = binder_.choice("Tray icon style", {"Icon only", "Icon with the last color's swatch"},
                                      [&] { return int(preferences.statusItemStyle()); },
                                      [&](int index) { preferences.setStatusItemStyle(StatusItemStyle(index)); });
         style->setObjectName("statusItemStyle");
         form->addRow("Tray icon:", style);
-        auto* lastColor = binder_.check("Show the last copied colour in the tray icon",
+        auto* lastColor = binder_.check("Show the last copied color in the tray icon",
                                         [&] { return preferences.displayLastColor(); },
                                         [&](bool on) { preferences.setDisplayLastColor(on); });
         lastColor->setObjectName("displayLastColor");
@@ -41,11 +41,11 @@ public:
         for (auto blindness : kAllColorBlindness) {
             kinds << (blindness == ColorBlindness::normal ? QString("Normal vision") : QString::fromStdString(text(blindness)));
         }
-        auto* vision = binder_.choice("Colour vision of swatches and previews", kinds,
+        auto* vision = binder_.choice("Color vision of swatches and previews", kinds,
                                       [&] { return int(preferences.colorBlindness()); },
                                       [&](int index) { preferences.setColorBlindness(kAllColorBlindness[size_t(index)]); });
         vision->setObjectName("colorBlindness");
-        form->addRow("Colour vision:", vision);
+        form->addRow("Color vision:", vision);
 
         // The loupe's size and zoom move in the steps its own keys take.
         auto* size = binder_.number("Loupe size", 120, 360, 60, [&] { return preferences.pickerSize(); },
@@ -58,11 +58,11 @@ public:
         zoom->setObjectName("pickerZoom");
         zoom->setSuffix(" ×");
         form->addRow("Loupe zoom:", zoom);
-        auto* name = binder_.check("Show the colour's name under the loupe", [&] { return preferences.showNameOverlay(); },
+        auto* name = binder_.check("Show the color's name under the loupe", [&] { return preferences.showNameOverlay(); },
                                    [&](bool on) { preferences.setShowNameOverlay(on); });
         name->setObjectName("showNameOverlay");
         form->addRow("Loupe overlays:", name);
-        auto* value = binder_.check("Show the colour's value under the loupe",
+        auto* value = binder_.check("Show the color's value under the loupe",
                                     [&] { return preferences.showColorOverlay(); },
                                     [&](bool on) { preferences.setShowColorOverlay(on); });
         value->setObjectName("showColorOverlay");

@@ -25,7 +25,7 @@ public:
         auto& dock = DockData::shared();
         auto* form = new QFormLayout(this);
 
-        auto* visible = binder_.check("Show the colour dock", [&] { return preferences.dockVisible(); },
+        auto* visible = binder_.check("Show the color dock", [&] { return preferences.dockVisible(); },
                                       [&](bool on) { preferences.setDockVisible(on); });
         visible->setObjectName("dockVisible");
         form->addRow("Dock:", visible);

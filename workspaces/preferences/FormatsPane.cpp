@@ -71,7 +71,7 @@ FormatsPane::FormatsPane(QWidget* parent)
       name_(new QLineEdit(this)),
       notes_(new QLineEdit(this)),
       preview_(new QTableWidget(this)),
-      use_(button("Use for Copying", "Copy colours in this format", this)),
+      use_(button("Use for Copying", "Copy colors in this format", this)),
       duplicate_(button("Duplicate", "Duplicate the format", this)),
       delete_(button("Delete", "Delete the format", this)),
       up_(button("↑", "Move the format up", this)),
@@ -171,7 +171,7 @@ FormatsPane::FormatsPane(QWidget* parent)
     });
     form->addRow("Notes:", notes_);
 
-    preview_->setAccessibleName("Preview on sample colours");
+    preview_->setAccessibleName("Preview on sample colors");
     preview_->setColumnCount(3);
     preview_->setHorizontalHeaderLabels({"Copied", "Loupe", "List"});
     preview_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);

@@ -45,7 +45,7 @@ public:
                                      [&] { return std::max(1, std::abs(preferences.historyLimit())); },
                                      [&](int value) { preferences.setHistoryLimit(preferences.historyLimit() > 0 ? value : -value); });
         limit->setObjectName("historyLimit");
-        limit->setSuffix(" colours");
+        limit->setSuffix(" colors");
         binder_.onRefresh([&preferences, limit] { limit->setEnabled(preferences.historyLimit() > 0); });
         limitRow->addWidget(limitOn);
         limitRow->addWidget(limit);
@@ -55,15 +55,15 @@ public:
 
         QStringList profiles;
         for (auto profile : kAllColorSpaceProfiles) profiles << QString::fromStdString(text(profile));
-        auto* profile = binder_.choice("Colour profile of picked colours", profiles,
+        auto* profile = binder_.choice("Color profile of picked colors", profiles,
                                        [&] { return int(preferences.colorSpaceProfile()); },
                                        [&](int index) { preferences.setColorSpaceProfile(kAllColorSpaceProfiles[size_t(index)]); });
         profile->setObjectName("colorSpaceProfile");
-        form->addRow("Colour profile:", profile);
+        form->addRow("Color profile:", profile);
 
         auto* importBox = new QGroupBox("Automatic import", this);
         auto* importLayout = new QVBoxLayout(importBox);
-        auto* autoImport = binder_.check("Add colours copied to the clipboard to the history",
+        auto* autoImport = binder_.check("Add colors copied to the clipboard to the history",
                                          [&] { return preferences.autoImport(); },
                                          [&](bool on) { preferences.setAutoImport(on); });
         autoImport->setObjectName("autoImport");

@@ -160,7 +160,7 @@ SmartListEditor* makeSmartFormatsEditor(Workspace* workspace, QWidget* parent) {
 
 SmartListEditor* makeSmartProfilesEditor(Workspace* workspace, QWidget* parent) {
     SmartListEditor::Access access;
-    access.what = "colour profile";
+    access.what = "color profile";
     access.switchedOn = [] { return Preferences::shared().smartProfiles(); };
     access.setSwitchedOn = [](bool on) { Preferences::shared().setSmartProfiles(on); };
     access.choices = [] {

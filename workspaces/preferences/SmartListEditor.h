@@ -22,7 +22,7 @@ class SmartListEditor : public QWidget {
 public:
     // How the editor reaches its list, so one editor serves both.
     struct Access {
-        QString what;  // "format" or "colour profile"
+        QString what;  // "format" or "color profile"
         std::function<bool()> switchedOn;
         std::function<void(bool)> setSwitchedOn;
         // Application identifier, display name, choice (an index into choices()), enabled.

@@ -64,7 +64,7 @@ SnapshotsPane::SnapshotsPane(QWidget* parent)
     refreshRow->addRow("Take a snapshot:", refresh);
     snapshotLayout->addLayout(refreshRow);
     list_->setColumnCount(4);
-    list_->setHeaderLabels({"Taken", "On", "Palettes", "Colours"});
+    list_->setHeaderLabels({"Taken", "On", "Palettes", "Colors"});
     list_->setRootIsDecorated(false);
     list_->setAccessibleName("Snapshots");
     list_->header()->setSectionResizeMode(0, QHeaderView::Stretch);

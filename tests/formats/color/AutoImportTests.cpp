@@ -46,7 +46,7 @@ TEST_F(AutoImportFixture, SkipsColoursImportedBeforeByTheirHex) {
     // Back to an earlier text: it is scanned again but brings nothing new.
     EXPECT_EQ(copyAndTick("#ff0000"), std::nullopt);
     EXPECT_EQ(autoImport.autoImportLast(), "#ff0000");
-    EXPECT_EQ(copyAndTick("no colour here"), std::nullopt);
+    EXPECT_EQ(copyAndTick("no color here"), std::nullopt);
     // Two equal new colours in one text are both handed over.
     EXPECT_EQ(copyAndTick("lime #00FF00"), "Colors Imported");
     EXPECT_EQ(batches, (Batches{{"FF0000"}, {"0000FF"}, {"00FF00", "00FF00"}}));

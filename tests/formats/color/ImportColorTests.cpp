@@ -200,6 +200,6 @@ TEST(ImportColor, SeveralMegabytesOfProseGiveEveryColourInThem) {
     const auto result = found(text);
     const auto [got, wanted] = std::mismatch(result.begin(), result.end(), all.begin(), all.end());
     EXPECT_TRUE(got == result.end() && wanted == all.end())
-        << "colour " << (got - result.begin()) << " of " << all.size() << ": found "
+        << "color " << (got - result.begin()) << " of " << all.size() << ": found "
         << (got == result.end() ? "nothing" : *got) << ", written " << (wanted == all.end() ? "nothing" : *wanted);
 }
