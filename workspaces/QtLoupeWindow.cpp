@@ -1,7 +1,12 @@
 #include "workspaces/QtLoupeWindow.h"
 
+#include <algorithm>
+
 #include <QCursor>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QTimer>
 #include <QImage>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
@@ -57,14 +62,66 @@ QtLoupeWindow::QtLoupeWindow() {
     connect(&modifierTimer_, &QTimer::timeout, this, [this] { pollModifiers(); });
 }
 
+void QtLoupeWindow::setBackdrop(LoupeBackdrop* backdrop) {
+    backdrop_ = backdrop;
+    // A plain frameless window the compositor can make full-screen and give the keyboard to.
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_ShowWithoutActivating, false);
+    setAttribute(Qt::WA_OpaquePaintEvent, false);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setFocusPolicy(Qt::StrongFocus);
+    setAccessibleName("Colour picker");
+    backdrop_->onPictureChanged = [this] {
+        if (backdrop_->withoutLoupe() && isVisible()) hide();
+        setNeedsDisplay();
+        update();
+    };
+    backdrop_->onFailure = [this](const std::string& reason) {
+        if (onSessionLost) onSessionLost(reason);
+    };
+}
+
+void QtLoupeWindow::setNeedsDisplay() {
+    if (!backdrop_) return update();
+    if (backdrop_->withoutLoupe()) {
+        QTimer::singleShot(0, this, [this] { pickWithoutLoupe(); });
+        return;
+    }
+    // Over a still only the lens and its text change: the rest of the screen is not drawn again.
+    const QRect lens = lensRect();
+    update(lens.united(paintedLens_));
+}
+
+// The desktop chose the colour itself: the picker samples it as it would the pixel under the lens, and the pick
+// is confirmed as soon as the sample is in.
+void QtLoupeWindow::pickWithoutLoupe() {
+    if (!picker_ || !picker_->isOpen) return;
+    picker_->pickerImage.drawPass();
+    if (picker_->color && backdrop_->picture()) {
+        PointerEvent up;
+        up.type = PointerEventType::leftMouseUp;
+        emitEvent(up);
+    }
+}
+
+QRect QtLoupeWindow::lensRect() const {
+    const QPointF centre = backdrop_->toWindow(lensCentre_);
+    return QRect(static_cast<int>(centre.x()) - kSide / 2 - 1, static_cast<int>(centre.y()) - kSide / 2 - 1, kSide + 2, kSide + 2);
+}
+
 uint64_t QtLoupeWindow::windowID() const { return static_cast<uint64_t>(const_cast<QtLoupeWindow*>(this)->winId()); }
 
 void QtLoupeWindow::setFrame(const ScreenRect& frame) {
+    if (backdrop_) {
+        lensCentre_ = QPointF(frame.x + frame.width / 2, frame.y + frame.height / 2);
+        return setNeedsDisplay();
+    }
     setGeometry(static_cast<int>(frame.x), static_cast<int>(frame.y), static_cast<int>(frame.width), static_cast<int>(frame.height));
 }
 
 void QtLoupeWindow::setAlpha(double alpha) {
     alpha_ = alpha;
+    if (backdrop_) return update();
     updateMask();
 }
 
@@ -93,6 +150,20 @@ QRect QtLoupeWindow::overlayBox(int size, bool above) {
 }
 
 void QtLoupeWindow::orderFront() {
+    if (backdrop_) {
+        auto* target = screen() ? screen() : QGuiApplication::primaryScreen();
+        backdrop_->sessionShown(target);
+        if (backdrop_->withoutLoupe()) return;
+        paintedLens_ = {};
+        setGeometry(target->geometry());
+        setCursor(Qt::BlankCursor);
+        showFullScreen();
+        raise();
+        activateWindow();
+        modifiers_ = roleFlags(QGuiApplication::queryKeyboardModifiers());
+        modifierTimer_.start();
+        return;
+    }
     show();
     raise();
     grabMouse();
@@ -103,6 +174,12 @@ void QtLoupeWindow::orderFront() {
 
 void QtLoupeWindow::orderOut() {
     modifierTimer_.stop();
+    if (backdrop_) {
+        backdrop_->sessionHidden();
+        unsetCursor();
+        hide();
+        return;
+    }
     releaseMouse();
     hide();
 }
@@ -121,7 +198,27 @@ void QtLoupeWindow::emitEvent(PointerEvent event) {
     if (onEvent) onEvent(event);
 }
 
+// In front of a still the pointer is known only by where it crosses this window; the travel of a move is
+// measured in the backdrop's device pixels.
+QPointF QtLoupeWindow::travel(const QPointF& local) {
+    const QPointF real = backdrop_->pointerMoved(local);
+    const QPointF moved = real - lastPosition_;
+    lastPosition_ = real;
+    return moved;
+}
+
+void QtLoupeWindow::enterEvent(QEnterEvent* event) {
+    if (backdrop_) lastPosition_ = backdrop_->pointerMoved(event->position());
+    QWidget::enterEvent(event);
+}
+
+void QtLoupeWindow::keyPressEvent(QKeyEvent* event) {
+    if (backdrop_ && backdrop_->keyPressed(*event)) return event->accept();
+    QWidget::keyPressEvent(event);
+}
+
 void QtLoupeWindow::mousePressEvent(QMouseEvent* event) {
+    if (backdrop_) travel(event->position());
     PointerEvent pointer;
     pointer.type = event->button() == Qt::LeftButton    ? PointerEventType::leftMouseDown
                    : event->button() == Qt::RightButton ? PointerEventType::rightMouseDown
@@ -130,6 +227,7 @@ void QtLoupeWindow::mousePressEvent(QMouseEvent* event) {
 }
 
 void QtLoupeWindow::mouseReleaseEvent(QMouseEvent* event) {
+    if (backdrop_) travel(event->position());
     PointerEvent pointer;
     pointer.type = event->button() == Qt::LeftButton    ? PointerEventType::leftMouseUp
                    : event->button() == Qt::RightButton ? PointerEventType::rightMouseUp
@@ -143,6 +241,12 @@ void QtLoupeWindow::mouseMoveEvent(QMouseEvent* event) {
     pointer.type = buttons & Qt::LeftButton    ? PointerEventType::leftMouseDragged
                    : buttons & Qt::RightButton ? PointerEventType::rightMouseDragged
                                                : PointerEventType::mouseMoved;
+    if (backdrop_) {
+        const QPointF moved = travel(event->position());
+        pointer.deltaX = moved.x();
+        pointer.deltaY = moved.y();
+        return emitEvent(pointer);
+    }
     // The travel since the cursor was last placed: in precision mode the picker puts it back a tenth of the way.
     const auto position = event->globalPosition();
     pointer.deltaX = position.x() - lastPosition_.x();
@@ -179,8 +283,12 @@ bool QtLoupeWindow::event(QEvent* event) {
     return true;
 }
 
-void QtLoupeWindow::paintEvent(QPaintEvent*) {
+void QtLoupeWindow::paintEvent(QPaintEvent* event) {
     if (!picker_) return;
+    if (backdrop_) {
+        QPainter painter(this);
+        return paintOverBackdrop(painter, event->rect());
+    }
     updateMask();
     auto& image = picker_->pickerImage;
     image.drawPass();
@@ -194,6 +302,32 @@ void QtLoupeWindow::paintEvent(QPaintEvent*) {
     painter.drawImage(0, 0, frame);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     paintOverlay(painter);
+}
+
+void QtLoupeWindow::paintOverBackdrop(QPainter& painter, const QRect& exposed) {
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    const QImage* still = backdrop_->picture();
+    // Clear until the still is in: the still must not see the loupe.
+    if (!still || alpha_ <= 0) return painter.fillRect(exposed, Qt::transparent);
+    const double ratio = static_cast<double>(still->width()) / std::max(1, width());
+    painter.drawImage(QRectF(exposed), *still,
+                      QRectF(exposed.x() * ratio, exposed.y() * ratio, exposed.width() * ratio, exposed.height() * ratio));
+
+    auto& image = picker_->pickerImage;
+    image.drawPass();
+    // The renderer touches only the lens's square, which shrinks with the size: the rest must show the still.
+    std::fill(canvas_.pixels.begin(), canvas_.pixels.end(), 0u);
+    renderLoupe({image.pickerImage ? &*image.pickerImage : nullptr, picker_->pickerSize, picker_->pickerZoom,
+                 picker_->borderResetMode, picker_->precisionMode, false},
+                canvas_);
+    const QImage frame(reinterpret_cast<const uchar*>(canvas_.pixels.data()), kSide, kSide, kSide * 4, QImage::Format_ARGB32);
+    paintedLens_ = lensRect();
+    painter.save();
+    painter.translate(paintedLens_.topLeft() + QPoint(1, 1));
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.drawImage(0, 0, frame);
+    paintOverlay(painter);
+    painter.restore();
 }
 
 void QtLoupeWindow::paintOverlay(QPainter& painter) {

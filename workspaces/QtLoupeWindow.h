@@ -2,11 +2,15 @@
 // The loupe: an 800 by 800 window centred on the pointer that shows the lens, the colour's text, the
 // collected swatches and the hint. It holds the pointer while a session runs, so every click and wheel turn
 // comes here, and reports the modifiers as they change.
+//
+// With a backdrop (a Wayland session) it instead covers the whole screen with the backdrop's still and draws the
+// lens over it at the pointer; it then has the keyboard too, and hands key presses to the backdrop.
 #include <QTimer>
 #include <QWidget>
 
 #include "picker/Picker.h"
 #include "platform/LoupeWindow.h"
+#include "platform/linux/LoupeBackdrop.h"
 
 namespace kro {
 
@@ -14,13 +18,14 @@ class QtLoupeWindow final : public QWidget, public LoupeWindow {
 public:
     QtLoupeWindow();
     void setPicker(Picker* picker) { picker_ = picker; }
+    void setBackdrop(LoupeBackdrop* backdrop);
 
     uint64_t windowID() const override;
     void setFrame(const ScreenRect& frame) override;
     void setAlpha(double alpha) override;
     void orderFront() override;
     void orderOut() override;
-    void setNeedsDisplay() override { update(); }
+    void setNeedsDisplay() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -29,6 +34,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     bool event(QEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void emitEvent(PointerEvent event);
@@ -37,6 +44,10 @@ private:
     static QRect overlayBox(int size, bool above);
     void pollModifiers();
     void paintOverlay(class QPainter& painter);
+    void paintOverBackdrop(class QPainter& painter, const QRect& exposed);
+    QPointF travel(const QPointF& local);
+    QRect lensRect() const;
+    void pickWithoutLoupe();
 
     Picker* picker_ = nullptr;
     Bitmap canvas_;
@@ -45,6 +56,9 @@ private:
     QPointF lastPosition_;
     double alpha_ = 1;
     int maskKey_ = -1;
+    LoupeBackdrop* backdrop_ = nullptr;
+    QPointF lensCentre_;  // in the backdrop's coordinates
+    QRect paintedLens_;
 };
 
 }  // namespace kro
