@@ -67,12 +67,16 @@ void QtLoupeWindow::setBackdrop(LoupeBackdrop* backdrop) {
     // A plain frameless window the compositor can make full-screen and give the keyboard to.
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_ShowWithoutActivating, false);
-    setAttribute(Qt::WA_OpaquePaintEvent, false);
-    setAttribute(Qt::WA_TranslucentBackground);
     setFocusPolicy(Qt::StrongFocus);
     setAccessibleName("Colour picker");
     backdrop_->onPictureChanged = [this] {
-        if (backdrop_->withoutLoupe() && isVisible()) hide();
+        if (backdrop_->withoutLoupe()) {
+            hide();
+        } else if (sessionOpen_ && backdrop_->picture() && !isVisible()) {
+            showOverBackdrop();
+        }
+        // The pointer's place may have come with the still.
+        if (picker_) picker_->update();
         setNeedsDisplay();
         update();
     };
@@ -151,17 +155,8 @@ QRect QtLoupeWindow::overlayBox(int size, bool above) {
 
 void QtLoupeWindow::orderFront() {
     if (backdrop_) {
-        auto* target = screen() ? screen() : QGuiApplication::primaryScreen();
-        backdrop_->sessionShown(target);
-        if (backdrop_->withoutLoupe()) return;
-        paintedLens_ = {};
-        setGeometry(target->geometry());
-        setCursor(Qt::BlankCursor);
-        showFullScreen();
-        raise();
-        activateWindow();
-        modifiers_ = roleFlags(QGuiApplication::queryKeyboardModifiers());
-        modifierTimer_.start();
+        sessionOpen_ = true;
+        backdrop_->sessionShown(screen() ? screen() : QGuiApplication::primaryScreen());
         return;
     }
     show();
@@ -172,9 +167,24 @@ void QtLoupeWindow::orderFront() {
     modifierTimer_.start();
 }
 
+// The still is in: the loupe covers its screen with it, and takes the keyboard.
+void QtLoupeWindow::showOverBackdrop() {
+    auto* target = backdrop_->screen();
+    paintedLens_ = {};
+    setScreen(target);
+    setGeometry(target->geometry());
+    setCursor(Qt::BlankCursor);
+    showFullScreen();
+    raise();
+    activateWindow();
+    modifiers_ = roleFlags(QGuiApplication::queryKeyboardModifiers());
+    modifierTimer_.start();
+}
+
 void QtLoupeWindow::orderOut() {
     modifierTimer_.stop();
     if (backdrop_) {
+        sessionOpen_ = false;
         backdrop_->sessionHidden();
         unsetCursor();
         hide();
@@ -307,14 +317,15 @@ void QtLoupeWindow::paintEvent(QPaintEvent* event) {
 void QtLoupeWindow::paintOverBackdrop(QPainter& painter, const QRect& exposed) {
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     const QImage* still = backdrop_->picture();
-    // Clear until the still is in: the still must not see the loupe.
-    if (!still || alpha_ <= 0) return painter.fillRect(exposed, Qt::transparent);
+    if (!still) return painter.fillRect(exposed, Qt::black);
     const double ratio = static_cast<double>(still->width()) / std::max(1, width());
     painter.drawImage(QRectF(exposed), *still,
                       QRectF(exposed.x() * ratio, exposed.y() * ratio, exposed.width() * ratio, exposed.height() * ratio));
 
     auto& image = picker_->pickerImage;
     image.drawPass();
+    // The lens appears with its first frame.
+    if (alpha_ <= 0) return;
     // The renderer touches only the lens's square, which shrinks with the size: the rest must show the still.
     std::fill(canvas_.pixels.begin(), canvas_.pixels.end(), 0u);
     renderLoupe({image.pickerImage ? &*image.pickerImage : nullptr, picker_->pickerSize, picker_->pickerZoom,

@@ -48,6 +48,7 @@ private:
     QPointF travel(const QPointF& local);
     QRect lensRect() const;
     void pickWithoutLoupe();
+    void showOverBackdrop();
 
     Picker* picker_ = nullptr;
     Bitmap canvas_;
@@ -59,6 +60,7 @@ private:
     LoupeBackdrop* backdrop_ = nullptr;
     QPointF lensCentre_;  // in the backdrop's coordinates
     QRect paintedLens_;
+    bool sessionOpen_ = false;
 };
 
 }  // namespace kro

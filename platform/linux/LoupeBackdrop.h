@@ -20,8 +20,8 @@ public:
     virtual bool withoutLoupe() const = 0;
     // The screen the loupe covers for the session.
     virtual QScreen* screen() const = 0;
-    // The session began, and the loupe covers `screen` with a clear window (none without a loupe); the still
-    // is taken once the pointer is known, or soon after in any case.
+    // The session began; the still is taken now, of the screen under the pointer where that can be known, else
+    // of `screen`. The loupe shows its window once the still has arrived.
     virtual void sessionShown(QScreen* screen) = 0;
     virtual void sessionHidden() = 0;
     // The still, in device pixels of the screen; null until it has arrived.

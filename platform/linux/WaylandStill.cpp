@@ -12,11 +12,6 @@
 namespace kro {
 namespace {
 
-// How long the loupe waits for the pointer to enter its window before it takes the still all the same, and
-// how long after the pointer entered: the cursor, hidden over the loupe, must be gone from the screen first.
-constexpr int kPointerWaitMs = 500;
-constexpr int kCursorGoneMs = 50;
-
 int roleFlags(Qt::KeyboardModifiers modifiers) {
     int flags = 0;
     if (modifiers & Qt::ShiftModifier) flags |= 0x20000;
@@ -61,14 +56,25 @@ void WaylandStill::sessionShown(QScreen* screen) {
     pointerKnown_ = false;
     taking_ = false;
     sinceShown_.start();
-    if (withoutLoupe()) return take();
-    QTimer::singleShot(kPointerWaitMs, [this, generation] {
+    if (!withoutLoupe() && services_.screenCopy) {
+        // The cover hides the cursor from the still and tells which screen the pointer is on, and where.
+        if (const auto place = services_.screenCopy->cover()) {
+            for (auto* candidate : QGuiApplication::screens()) {
+                if (candidate->name().toStdString() == place->outputName) screen_ = candidate;
+            }
+            local_ = QPointF(place->x, place->y);
+            pointerKnown_ = true;
+        }
+    }
+    // Asked on the next turn of the loop: the still may answer at once, and the session is still opening.
+    QTimer::singleShot(0, [this, generation] {
         if (generation == generation_) take();
     });
 }
 
 void WaylandStill::sessionHidden() {
     ++generation_;
+    if (services_.screenCopy) services_.screenCopy->uncover();
     if (request_) request_->cancel();
     request_.reset();
     picture_ = QImage();
@@ -79,13 +85,7 @@ void WaylandStill::sessionHidden() {
 
 QPointF WaylandStill::pointerMoved(QPointF local) {
     local_ = local;
-    if (!pointerKnown_) {
-        pointerKnown_ = true;
-        const int generation = generation_;
-        QTimer::singleShot(kCursorGoneMs, [this, generation] {
-            if (generation == generation_) take();
-        });
-    }
+    pointerKnown_ = true;
     return origin() + local_ * ratio_;
 }
 
@@ -111,11 +111,9 @@ void WaylandStill::takeScreenCopy() {
     const auto name = screen_->name().toStdString();
     auto copy = services_.screenCopy ? services_.screenCopy->copy(name, error) : std::nullopt;
     if (!copy) return failed("the screen copy failed: " + (error.empty() ? std::string("no screen copy") : error));
-    QImage picture(copy->width, copy->height, QImage::Format_ARGB32);
-    for (int y = 0; y < copy->height; ++y) {
-        std::copy_n(&copy->pixels[static_cast<size_t>(y) * copy->width], copy->width, reinterpret_cast<uint32_t*>(picture.scanLine(y)));
-    }
-    arrived(std::move(picture), "the screen copy of " + name);
+    const QImage picture(reinterpret_cast<const uchar*>(copy->pixels.data()), copy->width, copy->height, copy->width * 4,
+                         QImage::Format_ARGB32);
+    arrived(picture.copy(), "the screen copy of " + name);
 }
 
 void WaylandStill::takeScreenshot() {
@@ -157,6 +155,7 @@ void WaylandStill::takePickedColor() {
 }
 
 void WaylandStill::arrived(QImage picture, const std::string& how) {
+    if (services_.screenCopy) services_.screenCopy->uncover();
     picture_ = picture.convertToFormat(QImage::Format_ARGB32);
     ratio_ = withoutLoupe() || screen_->geometry().width() <= 0 ? 1.0 : static_cast<double>(picture_.width()) / screen_->geometry().width();
     if (services_.log) {
@@ -175,6 +174,7 @@ void WaylandStill::failed(const std::string& problem, bool fallBack) {
         if (onPictureChanged) onPictureChanged();
         return take();
     }
+    if (services_.screenCopy) services_.screenCopy->uncover();
     // Ended on the next turn of the loop, never from inside the call that opened the session.
     const int generation = generation_;
     QTimer::singleShot(0, [this, generation, problem] {
