@@ -35,7 +35,7 @@ stop_agent() {
 agent_log() { cat "$WORK/agent-$agent_runs.log"; }
 
 history_first() {
-    python3 -c 'import json, sys; print(json.load(open(sys.argv[1]))["history"]["colors"][0]["hex"])' "$USER_JSON" 2>/dev/null
+    "$PYTHON" -c 'import json, sys; print(json.load(open(sys.argv[1]))["history"]["colors"][0]["hex"])' "$USER_JSON" 2>/dev/null
 }
 
 loupe_on_screen() { window_shown kroapp.Kro; }
@@ -48,8 +48,11 @@ pick_at() {
     "$KRO" open kro://picker || fail "kro open kro://picker failed"
     for _ in $(seq 100); do loupe_on_screen && break; sleep 0.1; done
     loupe_on_screen || fail "the loupe did not appear for ($x, $y): $(agent_log | grep -E 'Picker|🔴' | tail -3)"
+    # The click picks what the lens last sampled: it comes once the loupe has seen the pointer arrive.
+    sleep 0.3
+    pointer_to $((x + 5)) "$y"
     pointer_to "$x" "$y"
-    sleep 0.2
+    sleep 0.5
     click
     for _ in $(seq 100); do [[ $(history_first) == "$expected" ]] && break; sleep 0.1; done
     [[ $(history_first) == "$expected" ]] || fail "the pick at ($x, $y) gave '$(history_first)', the screen shows $expected"
@@ -69,6 +72,8 @@ mapfile -t truth < <(screen_pixels "${points[@]}")
 [[ ${truth[*]} == "FF0000 00C000 FF00FF 102030" ]] || fail "the windows are not on screen as painted: ${truth[*]}"
 
 check_route() {
+    # A colour already in the history keeps its place: each route starts with an empty library.
+    rm -rf "$XDG_DATA_HOME/kroapp.Kro"
     start_agent "$1"
     agent_log | grep -q "capture: $2" || fail "the agent did not take the $1 route: $(agent_log | grep 'session:')"
     echo "$1:"

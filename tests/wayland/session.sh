@@ -16,7 +16,9 @@ fail() {
     exit 1
 }
 
-for tool in sway swaymsg Xwayland xhost grim pipewire dbus-daemon setpriv python3; do
+# Debian's own Python (with Tk), not whichever a developer's PATH puts first: some start in seconds.
+PYTHON=/usr/bin/python3
+for tool in sway swaymsg Xwayland xhost grim pipewire dbus-daemon setpriv "$PYTHON"; do
     command -v "$tool" >/dev/null || skip "$tool is not installed (scripts/setup-deps installs it)"
 done
 for portal in xdg-desktop-portal xdg-desktop-portal-wlr xdg-desktop-portal-gtk; do
@@ -97,7 +99,7 @@ swaymsg exec "sh $SWAY_HOME/xwayland.sh" >/dev/null
 for _ in $(seq 100); do [[ -f $SWAY_HOME/run/xhost ]] && break; sleep 0.1; done
 [[ -f $SWAY_HOME/run/display ]] || skip "Sway's XWayland did not start"
 X11_DISPLAY=$(cat "$SWAY_HOME/run/display")
-DISPLAY=$X11_DISPLAY python3 - >"$WORK/x11-window.log" 2>&1 <<'PY' &
+DISPLAY=$X11_DISPLAY "$PYTHON" - >"$WORK/x11-window.log" 2>&1 <<'PY' &
 import tkinter
 root = tkinter.Tk()
 root.title("kro-x11")
@@ -154,7 +156,7 @@ for _ in $(seq 100); do [[ -n $(portal_screenshot_version) ]] && break; sleep 0.
 
 # Where each window lies (Sway tiles them side by side): "x y width height" of the window with that title.
 window_rect() {
-    swaymsg -t get_tree | python3 -c '
+    swaymsg -t get_tree | "$PYTHON" -c '
 import json, sys
 def walk(node):
     if node.get("name") == sys.argv[1]:
@@ -167,7 +169,7 @@ walk(json.load(sys.stdin))
 sys.exit(1)' "$1"
 }
 # A cheaper look, for loops: is a window of this application id in the tree?
-window_shown() { swaymsg -t get_tree | grep -q "\"app_id\": \"$1\""; }
+window_shown() { swaymsg -t get_tree | grep -q "\"app_id\": *\"$1\""; }
 for _ in $(seq 100); do window_shown kro-native && window_rect kro-x11 >/dev/null && break; sleep 0.1; done
 window_shown kro-native || fail "the native window did not appear: $(cat "$WORK/native.log")"
 window_rect kro-x11 >/dev/null || fail "the X11 window did not appear: $(cat "$WORK/x11-window.log")"
@@ -175,7 +177,7 @@ window_rect kro-x11 >/dev/null || fail "the X11 window did not appear: $(cat "$W
 # The screen as the compositor shows it, the truth of every pick: six hex digits for each "x,y" given.
 screen_pixels() {
     grim -t ppm "$WORK/screen.ppm" || fail "grim could not take the screen"
-    python3 - "$WORK/screen.ppm" "$@" <<'PY'
+    "$PYTHON" - "$WORK/screen.ppm" "$@" <<'PY'
 import sys
 data = open(sys.argv[1], "rb").read()
 fields, at = [], 0
