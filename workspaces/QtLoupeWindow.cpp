@@ -1,7 +1,5 @@
 #include "workspaces/QtLoupeWindow.h"
 
-#include <algorithm>
-
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -15,7 +13,11 @@
 #include <QRegion>
 #include <QWheelEvent>
 
+#include <algorithm>
+#include <cstdio>
+
 #include "formats/ColorFormats.h"
+#include "library/Sherlog.h"
 #include "picker/LoupeRenderer.h"
 
 namespace kro {
@@ -154,6 +156,9 @@ QRect QtLoupeWindow::overlayBox(int size, bool above) {
 }
 
 void QtLoupeWindow::orderFront() {
+    sinceOpen_.start();
+    lensFrames_ = 0;
+    drawingNs_ = 0;
     if (backdrop_) {
         sessionOpen_ = true;
         backdrop_->sessionShown(screen() ? screen() : QGuiApplication::primaryScreen());
@@ -182,6 +187,7 @@ void QtLoupeWindow::showOverBackdrop() {
 }
 
 void QtLoupeWindow::orderOut() {
+    logSessionFrames();
     modifierTimer_.stop();
     if (backdrop_) {
         sessionOpen_ = false;
@@ -293,11 +299,34 @@ bool QtLoupeWindow::event(QEvent* event) {
     return true;
 }
 
+void QtLoupeWindow::lensFrameDrawn(const QElapsedTimer& drawing) {
+    if (!picker_->pickerImage.pickerImage) return;
+    drawingNs_ += drawing.nsecsElapsed();
+    if (lensFrames_++ == 0) {
+        SHERLOG("Loupe: first lens frame " + std::to_string(sinceOpen_.elapsed()) + " ms after the picker opened",
+                SherlogLevel::debug);
+    }
+}
+
+void QtLoupeWindow::logSessionFrames() {
+    if (lensFrames_ == 0 || !sinceOpen_.isValid()) return;
+    const double seconds = sinceOpen_.elapsed() / 1000.0;
+    char line[160];
+    std::snprintf(line, sizeof line, "Loupe: %d lens frames in %.1f s, %.2f ms of drawing each", lensFrames_, seconds,
+                  drawingNs_ / 1e6 / lensFrames_);
+    SHERLOG(line, SherlogLevel::debug);
+    lensFrames_ = 0;
+}
+
 void QtLoupeWindow::paintEvent(QPaintEvent* event) {
     if (!picker_) return;
+    QElapsedTimer drawing;
+    drawing.start();
     if (backdrop_) {
         QPainter painter(this);
-        return paintOverBackdrop(painter, event->rect());
+        paintOverBackdrop(painter, event->rect());
+        if (alpha_ > 0 && backdrop_->picture()) lensFrameDrawn(drawing);
+        return;
     }
     updateMask();
     auto& image = picker_->pickerImage;
@@ -312,6 +341,7 @@ void QtLoupeWindow::paintEvent(QPaintEvent* event) {
     painter.drawImage(0, 0, frame);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     paintOverlay(painter);
+    if (alpha_ > 0) lensFrameDrawn(drawing);
 }
 
 void QtLoupeWindow::paintOverBackdrop(QPainter& painter, const QRect& exposed) {

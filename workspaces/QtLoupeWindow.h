@@ -5,6 +5,7 @@
 //
 // With a backdrop (a Wayland session) it instead covers the whole screen with the backdrop's still and draws the
 // lens over it at the pointer; it then has the keyboard too, and hands key presses to the backdrop.
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 
@@ -61,6 +62,12 @@ private:
     QPointF lensCentre_;  // in the backdrop's coordinates
     QRect paintedLens_;
     bool sessionOpen_ = false;
+    // For the log: how long the first lens frame took to come, and what drawing a frame costs.
+    QElapsedTimer sinceOpen_;
+    int lensFrames_ = 0;
+    qint64 drawingNs_ = 0;
+    void lensFrameDrawn(const QElapsedTimer& drawing);
+    void logSessionFrames();
 };
 
 }  // namespace kro
