@@ -19,6 +19,7 @@
 #include "formats/ColorFormats.h"
 #include "library/Sherlog.h"
 #include "picker/LoupeRenderer.h"
+#include "platform/linux/QtModifierRoles.h"
 
 namespace kro {
 namespace {
@@ -28,15 +29,6 @@ constexpr int kOverlayWidth = 240;
 constexpr int kOverlayHeight = 64;
 
 int lensOffset(int size) { return (kSide - size) / 2; }
-
-int roleFlags(Qt::KeyboardModifiers modifiers) {
-    int flags = 0;
-    if (modifiers & Qt::ShiftModifier) flags |= 0x20000;
-    if (modifiers & Qt::MetaModifier) flags |= 0x40000;
-    if (modifiers & Qt::AltModifier) flags |= 0x80000;
-    if (modifiers & Qt::ControlModifier) flags |= 0x100000;
-    return flags;
-}
 
 GesturePhase phaseOf(Qt::ScrollPhase phase) {
     switch (phase) {
@@ -168,7 +160,7 @@ void QtLoupeWindow::orderFront() {
     raise();
     grabMouse();
     lastPosition_ = QCursor::pos();
-    modifiers_ = roleFlags(QGuiApplication::queryKeyboardModifiers());
+    modifiers_ = modifierRoleFlags(QGuiApplication::queryKeyboardModifiers());
     modifierTimer_.start();
 }
 
@@ -182,7 +174,7 @@ void QtLoupeWindow::showOverBackdrop() {
     showFullScreen();
     raise();
     activateWindow();
-    modifiers_ = roleFlags(QGuiApplication::queryKeyboardModifiers());
+    modifiers_ = modifierRoleFlags(QGuiApplication::queryKeyboardModifiers());
     modifierTimer_.start();
 }
 
@@ -201,7 +193,7 @@ void QtLoupeWindow::orderOut() {
 }
 
 void QtLoupeWindow::pollModifiers() {
-    const int flags = roleFlags(QGuiApplication::queryKeyboardModifiers());
+    const int flags = modifierRoleFlags(QGuiApplication::queryKeyboardModifiers());
     if (flags == modifiers_) return;
     modifiers_ = flags;
     PointerEvent event;

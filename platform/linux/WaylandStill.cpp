@@ -7,19 +7,11 @@
 #include <cmath>
 
 #include "platform/KeyCodeTable.h"
+#include "platform/linux/QtModifierRoles.h"
 #include "platform/linux/WaylandScreenCopy.h"
 
 namespace kro {
 namespace {
-
-int roleFlags(Qt::KeyboardModifiers modifiers) {
-    int flags = 0;
-    if (modifiers & Qt::ShiftModifier) flags |= 0x20000;
-    if (modifiers & Qt::MetaModifier) flags |= 0x40000;
-    if (modifiers & Qt::AltModifier) flags |= 0x80000;
-    if (modifiers & Qt::ControlModifier) flags |= 0x100000;
-    return flags;
-}
 
 QRect desktopGeometry() {
     QRect desktop;
@@ -235,7 +227,7 @@ void WaylandStill::moveTo(ScreenPoint point) {
 bool WaylandStill::keyPressed(const QKeyEvent& event) {
     // Qt gives the XKB key code, which is the X key code: our positional table applies as it stands.
     const auto code = virtualKeyCode(static_cast<int>(event.nativeScanCode()));
-    return code && services_.hotKeys && services_.hotKeys->keyPressed(roleFlags(event.modifiers()), *code);
+    return code && services_.hotKeys && services_.hotKeys->keyPressed(modifierRoleFlags(event.modifiers()), *code);
 }
 
 }  // namespace kro
