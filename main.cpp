@@ -32,15 +32,12 @@
 #include "platform/linux/QtStatusItem.h"
 #include "platform/linux/QtPopUpMenu.h"
 #include "platform/linux/QtTooltipWindow.h"
-#include "platform/linux/X11HotKeyCenter.h"
-#include "platform/linux/X11KeySimulator.h"
-#include "platform/linux/X11PointerControl.h"
-#include "platform/linux/X11ScreenCapture.h"
-#include "platform/linux/X11Workspace.h"
 #include "platform/linux/X11ActiveApplication.h"
 #include "platform/linux/QtDropFolder.h"
 #include "platform/linux/QtLocalSocketClient.h"
 #include "platform/linux/QtSessionBus.h"
+#include "platform/linux/SessionDesktop.h"
+#include "picker/HotKeys.h"
 #include "workspaces/QtLoupeWindow.h"
 #include "workspaces/QtWindowFactory.h"
 
@@ -59,6 +56,14 @@ std::string defaultsPath(const kro::Paths& paths) {
 // Longer than a command that runs alone takes (a sync waits up to 90 s for its server).
 constexpr std::chrono::seconds kAgentStoreLockWait{100};
 
+// The portal's name and description of a desktop-wide shortcut; nothing for the picker's own keys.
+std::optional<kro::PortalShortcut> globalAction(int identifier) {
+    for (const auto& key : kro::HotKeys::shared().hotKeys) {
+        if (static_cast<int>(key.id) == identifier && key.global) return kro::PortalShortcut{kro::text(key.id), key.name, {}};
+    }
+    return std::nullopt;
+}
+
 // SIGTERM and SIGINT end the event loop through a socket pair, the one safe way out of a signal handler.
 int gSignalPipe[2] = {-1, -1};
 void onSignal(int) {
@@ -67,12 +72,14 @@ void onSignal(int) {
 }
 
 int runAgent(int argc, char** argv) {
-    if (const auto problem = kro::cli::missingXDisplayMessage()) {
-        std::cerr << *problem;
+    const auto variables = kro::sessionVariablesFromEnvironment();
+    const auto session = kro::detectSession(variables);
+    if (const auto problem = kro::cli::missingDisplayMessage(); problem || session == kro::SessionKind::none) {
+        std::cerr << problem.value_or("kro: no desktop session was found\n");
         return kro::cli::exitFailed;
     }
-    // The picker and the global keys speak X11; under Wayland the agent runs through XWayland.
-    setenv("QT_QPA_PLATFORM", "xcb", 0);
+    // Qt speaks the session's own protocol: a Wayland session's screen is seen through the compositor.
+    setenv("QT_QPA_PLATFORM", session == kro::SessionKind::wayland ? "wayland" : "xcb", 0);
 
     const auto paths = kro::Paths::fromEnvironment();
     kro::PosixFiles files;
@@ -116,25 +123,24 @@ int runAgent(int argc, char** argv) {
     kro::QtAppearance appearance;
     kro::QtApplication app;
 
-    // The picker's desktop: X11 for keys, pointer, capture and windows; Qt for the loupe and menus.
-    kro::X11HotKeyCenter hotKeyCenter;
-    kro::X11PointerControl pointer;
-    kro::X11ScreenCapture screenCapture;
+    // The picker's desktop, by session (keys, pointer, capture, windows); Qt for the loupe and menus.
+    kro::SessionDesktop pickerDesktop(session, variables, globalAction, [](const std::string& line, bool error) {
+        SHERLOG(line, error ? kro::SherlogLevel::error : kro::SherlogLevel::info);
+    });
     kro::QtLoupeWindow loupe;
+    if (pickerDesktop.backdrop()) loupe.setBackdrop(pickerDesktop.backdrop());
     kro::QtPopUpMenu popUpMenu;
-    kro::X11KeySimulator keySimulator;
     kro::CanberraSound sound(paths.cacheHome + "/" + kro::kBundleIdentifier + "/sounds");
-    kro::X11Workspace workspace;
 
     kro::Desktop desktop{&statusItem, &tooltip, &clipboard, &networkMonitor, &appearance, &app};
-    desktop.hotKeyCenter = &hotKeyCenter;
-    desktop.pointer = &pointer;
-    desktop.screenCapture = &screenCapture;
+    desktop.hotKeyCenter = pickerDesktop.hotKeyCenter();
+    desktop.pointer = pickerDesktop.pointer();
+    desktop.screenCapture = pickerDesktop.screenCapture();
     desktop.loupeWindow = &loupe;
     desktop.popUpMenu = &popUpMenu;
-    desktop.keySimulator = &keySimulator;
+    desktop.keySimulator = pickerDesktop.keySimulator();
     desktop.sound = &sound;
-    desktop.workspace = &workspace;
+    desktop.workspace = pickerDesktop.workspace();
     kro::QtWindowFactory windows;
     desktop.windows = &windows;
     // The design-application bridges: the application in front and the channels to GIMP, Inkscape, Krita.
@@ -168,7 +174,11 @@ int runAgent(int argc, char** argv) {
     delegate.applicationDidFinishLaunching();
     SHERLOG(std::string("tray: ") + (statusItem.isTrayAvailable() ? "available" : "not available"), kro::SherlogLevel::info);
     if (!statusItem.isTrayAvailable()) {
-        std::cerr << "kro: no system tray was found; the agent runs without its icon\n";
+        std::cerr << "kro: no system tray was found; the agent runs without its icon"
+                  << (session == kro::SessionKind::wayland ? " (a Wayland desktop shows it through a StatusNotifierItem host, "
+                                                             "such as KDE Plasma's tray or waybar's)"
+                                                           : "")
+                  << "\n";
     }
     SHERLOG("Kro is running", kro::SherlogLevel::info);
     const int status = QApplication::exec();

@@ -12,13 +12,9 @@ bool isSet(const char* name) {
 
 }  // namespace
 
-std::optional<std::string> missingXDisplayMessage() {
-    if (isSet("DISPLAY")) return std::nullopt;
-    if (isSet("WAYLAND_DISPLAY")) {
-        return "kro: Kro needs an X display, and this Wayland session offers none (DISPLAY is not set).\n"
-               "     Turn on XWayland in the compositor's settings and log in again; Kro then runs through it.\n";
-    }
-    return "kro: the agent needs an X11 display, and DISPLAY is not set.\n"
+std::optional<std::string> missingDisplayMessage() {
+    if (isSet("DISPLAY") || isSet("WAYLAND_DISPLAY")) return std::nullopt;
+    return "kro: the agent needs a desktop session, and neither WAYLAND_DISPLAY nor DISPLAY is set.\n"
            "     Run it in a desktop session, or on a virtual display: xvfb-run -a kro\n";
 }
 

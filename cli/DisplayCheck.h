@@ -1,13 +1,12 @@
 #pragma once
-// The agent speaks X11 only (the loupe, the global keys and the capture are X requests), so before it starts
-// anything, it and `kro open` tell a person at once when there is no X display, and why.
+// The agent needs a desktop session to show its loupe and windows in: an X display or a Wayland compositor.
+// Before it starts anything, it, `kro open` and `kro pick` tell a person at once when there is neither.
 #include <optional>
 #include <string>
 
 namespace kro::cli {
 
-// Nothing when DISPLAY names a display; otherwise the lines to print, saying what to do about it. A Wayland
-// session without XWayland is named as such, since WAYLAND_DISPLAY alone is no display the agent can use.
-std::optional<std::string> missingXDisplayMessage();
+// Nothing when DISPLAY or WAYLAND_DISPLAY names a display; otherwise the lines to print, saying what to do.
+std::optional<std::string> missingDisplayMessage();
 
 }  // namespace kro::cli

@@ -39,7 +39,7 @@ int runOpen(const std::vector<std::string>& args, const Paths& paths, const std:
     };
     auto reply = sendToAgent(socketPath, request, secondsLeft());
     if (reply.status == AgentReply::Status::noAgent && !agentLockIsHeld(agentLockPath(paths))) {
-        if (const auto problem = missingXDisplayMessage()) {
+        if (const auto problem = missingDisplayMessage()) {
             err << *problem;
             return exitFailed;
         }

@@ -8,6 +8,7 @@
 
 #include "cli/AgentRequest.h"
 #include "cli/AgentStart.h"
+#include "cli/DisplayCheck.h"
 #include "platform/AgentChannel.h"
 #include "platform/Environment.h"
 #include "platform/Json.h"
@@ -51,11 +52,6 @@ std::optional<Json> readRequest(const std::vector<std::string>& args) {
     return Json{{"pick", body}};
 }
 
-bool hasX11Display() {
-    const char* display = std::getenv("DISPLAY");
-    return display && *display;
-}
-
 int runPick(CommandContext& context) {
     const auto request = readRequest(context.args);
     if (!request) return usageError(context, pickCommand());
@@ -65,8 +61,9 @@ int runPick(CommandContext& context) {
     if (reply.status == AgentReply::Status::noAgent) {
         const auto& paths = env().paths;
         if (!agentLockIsHeld(agentLockPath(paths))) {
-            if (!hasX11Display()) {
-                return fail(context, "picking a color needs an X display (or XWayland), and DISPLAY is not set");
+            if (const auto problem = missingDisplayMessage()) {
+                context.err << *problem;
+                return exitFailed;
             }
             if (!startAgent(selfPath(), paths)) return fail(context, "the agent could not be started");
         }

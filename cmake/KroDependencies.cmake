@@ -32,3 +32,22 @@ endif()
 if(KRO_BENCH AND NOT KRO_FUZZ AND NOT KRO_SANITIZE)
   find_package(benchmark REQUIRED)
 endif()
+
+# Wayland: libwayland-client for the compositor's screen copy, the protocols' XML for wayland-scanner.
+if(KRO_GUI AND NOT KRO_FUZZ)
+  find_package(Qt6 REQUIRED COMPONENTS DBus)
+  pkg_check_modules(WAYLAND_CLIENT REQUIRED IMPORTED_TARGET wayland-client)
+  pkg_get_variable(WAYLAND_PROTOCOLS_DIR wayland-protocols pkgdatadir)
+  find_program(WAYLAND_SCANNER wayland-scanner REQUIRED)
+endif()
+
+# kro_wayland_protocol(TARGET XML): the client header and glue code of one protocol, compiled into TARGET.
+function(kro_wayland_protocol target xml)
+  get_filename_component(name ${xml} NAME_WE)
+  set(header ${CMAKE_CURRENT_BINARY_DIR}/${name}-client-protocol.h)
+  set(code ${CMAKE_CURRENT_BINARY_DIR}/${name}-protocol.c)
+  add_custom_command(OUTPUT ${header} COMMAND ${WAYLAND_SCANNER} client-header ${xml} ${header} DEPENDS ${xml})
+  add_custom_command(OUTPUT ${code} COMMAND ${WAYLAND_SCANNER} private-code ${xml} ${code} DEPENDS ${xml})
+  target_sources(${target} PRIVATE ${header} ${code})
+  target_include_directories(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
+endfunction()

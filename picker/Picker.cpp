@@ -6,6 +6,7 @@
 #include "formats/ColorFormats.h"
 #include "formats/color/ColorName.h"
 #include "library/Preferences.h"
+#include "library/Sherlog.h"
 #include "picker/HotKeys.h"
 #include "picker/LoupeRenderer.h"
 #include "picker/Sound.h"
@@ -40,7 +41,14 @@ Picker::Picker(PickerServices services) : pickerImage({services.screenCapture, s
         lastX = mouse.x;
         lastY = mouse.y;
     }
-    if (services_.window) services_.window->onEvent = [this](const PointerEvent& event) { handle(event); };
+    if (services_.window) {
+        services_.window->onEvent = [this](const PointerEvent& event) { handle(event); };
+        services_.window->onSessionLost = [this](const std::string& reason) {
+            if (!isOpen) return;
+            SHERLOG(reason, SherlogLevel::error);
+            close(true);
+        };
+    }
 }
 
 std::optional<ScreenInfo> Picker::screenUnderPointer() const {

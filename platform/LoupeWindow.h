@@ -3,6 +3,7 @@
 // use the stored masks by role (see picker/HotKey.h); deltas are in points, positive to the right and down.
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "platform/ScreenCapture.h"
 
@@ -38,6 +39,9 @@ public:
     virtual void setNeedsDisplay() = 0;
     // Every pointer event while a session runs.
     std::function<void(const PointerEvent&)> onEvent;
+    // The desktop took the session away (its screen cannot be seen, the compositor went): the session ends,
+    // and `reason` is the one line that says why.
+    std::function<void(const std::string& reason)> onSessionLost;
 };
 
 }  // namespace kro

@@ -6,8 +6,8 @@
 KRO_E2E_SCREEN=2560x800x24
 source "$(dirname "$0")/lib.sh"
 
-out=$(env -u DISPLAY "$KRO" pick 2>"$WORK/err") && fail "kro pick without a display succeeded"
-[[ -z $out && $(cat "$WORK/err") == *"needs an X display"* ]] || fail "without a display: '$out' / '$(cat "$WORK/err")'"
+out=$(env -u DISPLAY -u WAYLAND_DISPLAY "$KRO" pick 2>"$WORK/err") && fail "kro pick without a display succeeded"
+[[ -z $out && $(cat "$WORK/err") == *"neither WAYLAND_DISPLAY nor DISPLAY is set"* ]] || fail "without a display: '$out' / '$(cat "$WORK/err")'"
 
 # Two monitors side by side, 1280 by 800 each: A at 96 dots an inch, B at 191 (half the millimetres), which Qt
 # draws at twice the scale when it follows the physical resolution.

@@ -1,0 +1,102 @@
+#!/usr/bin/env bash
+# The picker in a headless Wayland session, by each of its routes to the screen: the compositor's screen copy
+# and the desktop portal's screenshot. For each, picks on the native Wayland window and on the X11 one, each
+# at both sides of a colour edge, must give exactly the pixel the compositor shows under the pointer, and land
+# in the saved history. Then the faults: a portal that is gone ends the session with one line, and no loupe
+# is left on the screen.
+# Usage: picker_test.sh KRO COLOUR_CLIENT
+KRO=${1:?usage: $0 KRO COLOUR_CLIENT}
+source "$(dirname "$0")/session.sh" "${2:?usage: $0 KRO COLOUR_CLIENT}"
+
+USER_JSON=$XDG_DATA_HOME/kroapp.Kro/v5/user.json
+AGENT_PID=""
+agent_runs=0
+
+start_agent() {
+    agent_runs=$((agent_runs + 1))
+    KRO_TEST_CAPTURE_ROUTE=$1 "$KRO" >"$WORK/agent-$agent_runs.log" 2>&1 &
+    AGENT_PID=$!
+    PIDS+=($AGENT_PID)
+    for _ in $(seq 300); do
+        [[ -S $XDG_RUNTIME_DIR/kroapp.Kro.socket ]] && grep -q "Kro is running" "$WORK/agent-$agent_runs.log" && return 0
+        kill -0 "$AGENT_PID" 2>/dev/null || fail "the agent exited at start: $(tail -5 "$WORK/agent-$agent_runs.log")"
+        sleep 0.1
+    done
+    fail "the agent did not start"
+}
+
+stop_agent() {
+    kill -TERM "$AGENT_PID"
+    for _ in $(seq 100); do kill -0 "$AGENT_PID" 2>/dev/null || break; sleep 0.1; done
+    kill -0 "$AGENT_PID" 2>/dev/null && fail "the agent did not stop on SIGTERM"
+    AGENT_PID=""
+}
+
+agent_log() { cat "$WORK/agent-$agent_runs.log"; }
+
+history_first() {
+    "$PYTHON" -c 'import json, sys; print(json.load(open(sys.argv[1]))["history"]["colors"][0]["hex"])' "$USER_JSON" 2>/dev/null
+}
+
+loupe_on_screen() { window_shown kroapp.Kro; }
+
+# Opens the picker with the pointer elsewhere, moves onto the point and clicks: the history's first colour must
+# be `expected`, the pixel the compositor showed there before the picker opened.
+pick_at() {
+    local x=$1 y=$2 expected=$3
+    pointer_to $((x > 640 ? x - 150 : x + 150)) $((y > 400 ? y - 100 : y + 100))
+    "$KRO" open kro://picker || fail "kro open kro://picker failed"
+    for _ in $(seq 100); do loupe_on_screen && break; sleep 0.1; done
+    loupe_on_screen || fail "the loupe did not appear for ($x, $y): $(agent_log | grep -E 'Picker|🔴' | tail -3)"
+    # The click picks what the lens last sampled: it comes once the loupe has seen the pointer arrive.
+    sleep 0.3
+    pointer_to $((x + 5)) "$y"
+    pointer_to "$x" "$y"
+    sleep 0.5
+    click
+    for _ in $(seq 100); do [[ $(history_first) == "$expected" ]] && break; sleep 0.1; done
+    [[ $(history_first) == "$expected" ]] || fail "the pick at ($x, $y) gave '$(history_first)', the screen shows $expected"
+    for _ in $(seq 50); do loupe_on_screen || break; sleep 0.1; done
+    loupe_on_screen && fail "the loupe stayed on screen after the pick"
+    echo "  ($x, $y): $expected"
+}
+
+read -r nx ny nw nh < <(window_rect kro-native)
+read -r xx xy xw xh < <(window_rect kro-x11)
+# Both sides of a colour edge in each window.
+native_edge=$((nx + nw / 2)) native_y=$((ny + 100))
+x11_edge=$((xx + xw / 2)) x11_y=$((xy + xh - 100))
+points=("$((native_edge - 1)),$native_y" "$native_edge,$native_y" "$((x11_edge - 1)),$x11_y" "$x11_edge,$x11_y")
+mapfile -t truth < <(screen_pixels "${points[@]}")
+# The windows hold what they were painted with, so the screen's truth is not a black or empty picture.
+[[ ${truth[*]} == "FF0000 00C000 FF00FF 102030" ]] || fail "the windows are not on screen as painted: ${truth[*]}"
+
+check_route() {
+    # A colour already in the history keeps its place: each route starts with an empty library.
+    rm -rf "$XDG_DATA_HOME/kroapp.Kro"
+    start_agent "$1"
+    agent_log | grep -q "capture: $2" || fail "the agent did not take the $1 route: $(agent_log | grep 'session:')"
+    echo "$1:"
+    for i in "${!points[@]}"; do pick_at "${points[i]%,*}" "${points[i]#*,}" "${truth[i]}"; done
+    agent_log | grep -q "Screen capture failed" && fail "a capture failed: $(agent_log | grep 'Screen capture failed' | head -1)"
+    stop_agent
+}
+
+# Only WAYLAND_DISPLAY: the agent starts all the same.
+check_route screen-copy "a still of the output copied by the compositor"
+# With XWayland's DISPLAY too, as in a desktop session: still a Wayland session.
+DISPLAY=$X11_DISPLAY check_route portal "a still through the desktop portal's Screenshot"
+
+# The portal goes away: the next session ends with one line saying what to install, and leaves nothing behind.
+start_agent portal
+kill "$PORTAL_PID"
+for _ in $(seq 50); do kill -0 "$PORTAL_PID" 2>/dev/null || break; sleep 0.1; done
+"$KRO" open kro://picker
+for _ in $(seq 100); do agent_log | grep -q "The picker closed" && break; sleep 0.1; done
+line=$(agent_log | grep "The picker closed")
+[[ $line == *"install xdg-desktop-portal"* ]] || fail "no line saying what to install when the portal is gone: '$line'"
+sleep 0.5
+loupe_on_screen && fail "a loupe was left on screen after the portal failed"
+kill -0 "$AGENT_PID" 2>/dev/null || fail "the agent ended with the portal"
+stop_agent
+echo "wayland picker test passed"
