@@ -42,8 +42,10 @@ std::optional<BridgeArguments> parseArguments(const std::vector<std::string>& ar
 int ask(CommandContext& context, Json request, const std::optional<std::string>& application) {
     if (application) request["app"] = *application;
     const auto answer = askAgent(compactText(request), kAgentLimit);
-    if (!answer) return fail(context, "the agent is not running; start it with `kro`, in the desktop session");
-    const auto reply = Json::parse(*answer, nullptr, false);
+    if (answer.status == AgentReply::Status::noAgent)
+        return fail(context, "the agent is not running; start it with `kro`, in the desktop session");
+    if (answer.status == AgentReply::Status::silent) return fail(context, "the agent did not answer in time");
+    const auto reply = Json::parse(answer.line, nullptr, false);
     if (!reply.is_object()) return fail(context, "the agent gave an answer that is not understood");
     if (!reply.value("ok", false)) return fail(context, reply.value("error", std::string("the request failed")));
     if (!reply.contains("lines") || !reply["lines"].is_array()) return exitDone;
