@@ -139,3 +139,24 @@ TEST(PaletteTest, AllColorsAndAppending) {
     EXPECT_EQ(all[2], Color::rgb(0, 1, 0));
     EXPECT_EQ(palette.totalColorCount(), 3u);
 }
+
+// The writers walk the colours in place; the walk must be allColors(), across empty lists anywhere.
+TEST(PaletteTest, EachColorWalksAllColorsInPlace) {
+    for (const Palette& palette :
+         {Palette(), Palette("", {}, {Group(), Group()}), Palette("", {Color::gray(0)}),
+          Palette("", {}, {Group(), Group("", {Color::gray(0.1), Color::gray(0.2)}), Group(), Group("", {Color::gray(0.3)}), Group()}),
+          Palette("", {Color::gray(0.4)}, {Group(), Group("", {Color::gray(0.5)})})}) {
+        const auto all = palette.allColors();
+        const auto each = palette.eachColor();
+        EXPECT_EQ(each.size(), all.size());
+        EXPECT_EQ(each.empty(), all.empty());
+        std::vector<const Color*> walked;
+        for (const Color& color : each) walked.push_back(&color);
+        ASSERT_EQ(walked.size(), all.size());
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            EXPECT_EQ(walked[i]->colorComponents, all[i].colorComponents) << i;
+            EXPECT_EQ(&each[i], walked[i]) << "read in place";
+        }
+        expectCommonError(Case::indexOutOfRange, [&] { (void)each[all.size()]; });
+    }
+}
