@@ -53,8 +53,8 @@ void BM_SettleRecordWithSamePalettes(benchmark::State& state) {
     SyncFixture fixture;
     for (auto _ : state) {
         fixture.user.updatedAt = "2026-01-01T00:00:00Z";
-        const bool changed = kro::update(fixture.user, fixture.record, false, false, false, false, "bench", "bench", 1);
-        benchmark::DoNotOptimize(changed);
+        const auto result = kro::update(fixture.user, fixture.record, false, false, false, false, "bench", "bench", 1);
+        benchmark::DoNotOptimize(result);
     }
 }
 BENCHMARK(BM_SettleRecordWithSamePalettes)->Unit(benchmark::kMillisecond);

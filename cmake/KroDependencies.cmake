@@ -29,7 +29,7 @@ endif()
 if(KRO_TESTS)
   find_package(GTest REQUIRED)
 endif()
-if(KRO_BENCH AND NOT KRO_FUZZ AND NOT KRO_SANITIZE)
+if(KRO_BENCH AND NOT KRO_FUZZ)
   find_package(benchmark REQUIRED)
 endif()
 

@@ -1,6 +1,11 @@
 #include "exchange/BytesReader.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 
 namespace BytesParser {
@@ -74,7 +79,7 @@ bool decodeUTF16(std::span<const uint8_t> bytes, bool bigEndian, std::string& ou
         return bigEndian ? static_cast<char16_t>(bytes[i] << 8 | bytes[i + 1])
                          : static_cast<char16_t>(bytes[i + 1] << 8 | bytes[i]);
     };
-    out.reserve(bytes.size());
+    out.reserve(bytes.size() / 2);  // at least a byte a unit; short names stay within the string itself
     for (size_t i = 0; i < bytes.size(); i += 2) {
         const char16_t unit = unitAt(i);
         if (unit >= 0xD800 && unit <= 0xDBFF) {
@@ -134,15 +139,28 @@ std::vector<uint8_t> InMemorySource::readAll() {
     return rest;
 }
 
-void InMemorySource::seek(int64_t offset, Seek from) {
-    const int64_t size = static_cast<int64_t>(storage.size());
-    const int64_t base = from == Seek::start ? 0 : from == Seek::end ? size : static_cast<int64_t>(position);
-    // A position past the end would only defer the failure to the next read, so it is refused here.
-    if ((offset > 0 && base > INT64_MAX - offset)) throw ReaderError(ReaderError::invalidOffset);
-    const int64_t target = base + offset;
-    if (target < 0 || target > size) throw ReaderError(ReaderError::invalidOffset);
-    position = static_cast<size_t>(target);
+std::span<const uint8_t> InMemorySource::readRemaining() {
+    const auto rest = storage.subspan(position);
+    position = storage.size();
+    return rest;
 }
+
+namespace {
+
+// Where a seek lands in `size` bytes read as far as `position`. A position past the end would only defer
+// the failure to the next read, so it is refused here.
+size_t seekTarget(int64_t offset, ByteSource::Seek from, size_t position, size_t size) {
+    const auto length = static_cast<int64_t>(size);
+    const int64_t base = from == ByteSource::Seek::start ? 0 : from == ByteSource::Seek::end ? length : static_cast<int64_t>(position);
+    if (offset > 0 && base > INT64_MAX - offset) throw ReaderError(ReaderError::invalidOffset);
+    const int64_t target = base + offset;
+    if (target < 0 || target > length) throw ReaderError(ReaderError::invalidOffset);
+    return static_cast<size_t>(target);
+}
+
+}  // namespace
+
+void InMemorySource::seek(int64_t offset, Seek from) { position = seekTarget(offset, from, position, storage.size()); }
 
 // ---- Streamed ----
 
@@ -196,9 +214,74 @@ std::vector<uint8_t> InputStreamSource::readAll() {
     return all;
 }
 
+std::span<const uint8_t> InputStreamSource::readRemaining() {
+    rest = readAll();
+    return rest;
+}
+
 void InputStreamSource::seek(int64_t, Seek) {
     throw ReaderError(ReaderError::randomAccessSeekingNotSupportedBySource);
 }
+
+// ---- File ----
+
+namespace {
+constexpr size_t fileWindowSize = 1 << 16;
+}
+
+std::unique_ptr<FileSource> FileSource::open(const std::string& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return nullptr;
+    struct stat info {};
+    if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
+        ::close(descriptor);
+        return nullptr;
+    }
+    return std::unique_ptr<FileSource>(new FileSource(descriptor, static_cast<size_t>(info.st_size)));
+}
+
+FileSource::~FileSource() { ::close(descriptor); }
+
+void FileSource::readAt(size_t offset, uint8_t* target, size_t count) const {
+    size_t done = 0;
+    while (done < count) {
+        const ssize_t got = ::pread(descriptor, target + done, count - done, static_cast<off_t>(offset + done));
+        if (got < 0 && errno == EINTR) continue;
+        if (got <= 0) throw ReaderError(ReaderError::endOfData);
+        done += static_cast<size_t>(got);
+    }
+}
+
+void FileSource::load(size_t count) {
+    if (position >= windowStart && position - windowStart + count <= window.size()) return;
+    window.resize(std::max(count, std::min(fileWindowSize, size - position)));
+    windowStart = position;
+    try {
+        readAt(position, window.data(), window.size());
+    } catch (const ReaderError&) {
+        window.clear();
+        throw;
+    }
+}
+
+std::span<const uint8_t> FileSource::readBytes(size_t count) {
+    if (count > size - position) throw ReaderError(ReaderError::endOfData);
+    load(count);
+    const std::span<const uint8_t> range(window.data() + (position - windowStart), count);
+    position += count;
+    return range;
+}
+
+std::vector<uint8_t> FileSource::readAll() {
+    std::vector<uint8_t> rest(size - position);
+    readAt(position, rest.data(), rest.size());
+    position = size;
+    return rest;
+}
+
+std::span<const uint8_t> FileSource::readRemaining() { return readBytes(size - position); }
+
+void FileSource::seek(int64_t offset, Seek from) { position = seekTarget(offset, from, position, size); }
 
 // ---- Reader ----
 
@@ -206,6 +289,12 @@ BytesReader::BytesReader(std::vector<uint8_t> bytes) : source(std::make_unique<I
 
 BytesReader::BytesReader(std::string_view bytes)
     : BytesReader(std::vector<uint8_t>(bytes.begin(), bytes.end())) {}
+
+BytesReader BytesReader::viewing(std::string_view bytes) {
+    BytesReader reader(std::vector<uint8_t>{});
+    reader.source = std::make_unique<InMemorySource>(std::span(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()));
+    return reader;
+}
 
 BytesReader::BytesReader(std::unique_ptr<std::istream> inputStream)
     : source(std::make_unique<InputStreamSource>(std::move(inputStream))) {}

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <istream>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -61,21 +62,30 @@ public:
     virtual std::span<const uint8_t> readBytes(size_t count) = 0;
     virtual uint8_t readByte() = 0;
     virtual std::vector<uint8_t> readAll() = 0;
+    // Everything left, as a view that stays valid until the next read.
+    virtual std::span<const uint8_t> readRemaining() = 0;
     virtual void seek(int64_t offset, Seek from) = 0;
+    // How many bytes are left, where the source knows it (a stream does not).
+    virtual std::optional<size_t> bytesLeft() const { return std::nullopt; }
 };
 
+// Reads its own copy of the bytes, or bytes it views where they stand.
 class InMemorySource final : public ByteSource {
 public:
-    explicit InMemorySource(std::vector<uint8_t> storage) : storage(std::move(storage)) {}
+    explicit InMemorySource(std::vector<uint8_t> bytes) : owned(std::move(bytes)), storage(owned) {}
+    explicit InMemorySource(std::span<const uint8_t> viewed) : storage(viewed) {}
     size_t readPosition() const override { return position; }
     bool hasMoreData() override { return position < storage.size(); }
     std::span<const uint8_t> readBytes(size_t count) override;
     uint8_t readByte() override;
     std::vector<uint8_t> readAll() override;
+    std::span<const uint8_t> readRemaining() override;
     void seek(int64_t offset, Seek from) override;
+    std::optional<size_t> bytesLeft() const override { return storage.size() - position; }
 
 private:
-    std::vector<uint8_t> storage;
+    std::vector<uint8_t> owned;
+    std::span<const uint8_t> storage;
     size_t position = 0;
 };
 
@@ -88,12 +98,47 @@ public:
     std::span<const uint8_t> readBytes(size_t count) override;
     uint8_t readByte() override;
     std::vector<uint8_t> readAll() override;
+    std::span<const uint8_t> readRemaining() override;
     void seek(int64_t offset, Seek from) override;
 
 private:
     std::unique_ptr<std::istream> inputStream;
     ByteBuffer readBuffer;
+    std::vector<uint8_t> rest;  // what readRemaining gave
     size_t position = 0;
+};
+
+// Reads a regular file a window at a time, answering as an in-memory source over the whole file would,
+// seeks included, without holding the file: a palette of 100,000 colours is read as it is decoded.
+class FileSource final : public ByteSource {
+public:
+    // Nothing when the path is not a regular file that opens.
+    static std::unique_ptr<FileSource> open(const std::string& path);
+    ~FileSource() override;
+    FileSource(const FileSource&) = delete;
+    FileSource& operator=(const FileSource&) = delete;
+
+    size_t readPosition() const override { return position; }
+    bool hasMoreData() override { return position < size; }
+    std::span<const uint8_t> readBytes(size_t count) override;
+    uint8_t readByte() override { return readBytes(1)[0]; }
+    std::vector<uint8_t> readAll() override;
+    std::span<const uint8_t> readRemaining() override;
+    void seek(int64_t offset, Seek from) override;
+    std::optional<size_t> bytesLeft() const override { return size - position; }
+
+private:
+    FileSource(int descriptor, size_t size) : descriptor(descriptor), size(size) {}
+    // Brings the file's bytes from the position on, `count` of them at least, into the window.
+    void load(size_t count);
+    // `count` bytes of the file from `offset` into `target`; a file that shrank meanwhile ends the data.
+    void readAt(size_t offset, uint8_t* target, size_t count) const;
+
+    int descriptor;
+    size_t size;
+    size_t position = 0;
+    std::vector<uint8_t> window;
+    size_t windowStart = 0;  // the file offset of the window's first byte
 };
 
 class BytesReader {
@@ -102,6 +147,9 @@ public:
 
     explicit BytesReader(std::vector<uint8_t> bytes);
     explicit BytesReader(std::string_view bytes);
+    // Reads `bytes` where they stand, without a copy: they must outlive the reader.
+    static BytesReader viewing(std::string_view bytes);
+    explicit BytesReader(std::unique_ptr<ByteSource> source) : source(std::move(source)) {}
     // Takes an open stream; fails with invalidFile when there is none or it is not readable.
     explicit BytesReader(std::unique_ptr<std::istream> inputStream);
     // A plain path or a "file://" URL; any other URL, or a file that will not open, fails with invalidFile.
@@ -113,7 +161,10 @@ public:
     std::vector<uint8_t> readBytes(int64_t count);
     uint8_t readByte() { return source->readByte(); }
     std::vector<uint8_t> readAll() { return source->readAll(); }
+    // Everything left without a copy, valid until the next read.
+    std::span<const uint8_t> readRemaining() { return source->readRemaining(); }
     void seek(int64_t offset, Seek from) { source->seek(offset, from); }
+    std::optional<size_t> bytesLeft() const { return source->bytesLeft(); }
 
     template <FixedInteger T>
     T readInteger(Endianness endianness) {

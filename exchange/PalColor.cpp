@@ -24,7 +24,7 @@ std::optional<Enum> fromText(const std::array<std::string_view, N>& texts, std::
     return std::nullopt;
 }
 
-const std::vector<double>& checkedComponents(const Color& color) {
+const Components& checkedComponents(const Color& color) {
     if (color.colorComponents.size() != static_cast<std::size_t>(componentCount(color.colorSpace)))
         throw CommonError(CommonError::Case::invalidColorComponentCountForModelType);
     return color.colorComponents;
@@ -49,8 +49,8 @@ int componentCount(ColorSpace space) {
     return 0;
 }
 
-Color::Color(ColorSpace colorSpace, std::vector<double> colorComponents, double alpha, std::string name, ColorType colorType)
-    : id(kro::newUUID()), name(std::move(name)), colorType(colorType), colorSpace(colorSpace),
+Color::Color(ColorSpace colorSpace, Components colorComponents, double alpha, std::string name, ColorType colorType)
+    : id(UUID::make()), name(std::move(name)), colorType(colorType), colorSpace(colorSpace),
       colorComponents(std::move(colorComponents)), alpha(clampUnit(alpha)) {}
 
 Color Color::rgb(double r, double g, double b, double a, std::string name, ColorType type) {
@@ -213,7 +213,7 @@ kro::Json Color::json() const {
     kro::Json json = kro::Json::object();
     if (!name.empty()) json["name"] = name;
     json["colorSpace"] = std::string(text(colorSpace));
-    json["colorComponents"] = colorComponents;
+    json["colorComponents"] = std::vector<double>(colorComponents);
     if (colorType != ColorType::global) json["colorType"] = std::string(text(colorType));
     if (alpha != 1.0) json["alpha"] = alpha;
     return json;

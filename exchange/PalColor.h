@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "exchange/PalComponents.h"
+#include "exchange/PalUUID.h"
 #include "platform/Json.h"
 
 namespace kro {
@@ -50,7 +52,7 @@ class Color {
 public:
     // Components are taken as given (a coder may read any count; conversion then refuses it);
     // alpha is clamped to 0...1.
-    Color(ColorSpace colorSpace, std::vector<double> colorComponents, double alpha = 1.0,
+    Color(ColorSpace colorSpace, Components colorComponents, double alpha = 1.0,
           std::string name = {}, ColorType colorType = ColorType::global);
 
     // Factories. Each clamps what it is given (RGB, CMYK, gray and alpha to 0...1).
@@ -122,11 +124,11 @@ public:
     // Throws CommonError invalidFormat on a malformed object.
     static Color fromJson(const kro::Json& json);
 
-    std::string id;  // fresh at construction, never written or compared
+    UUID id;  // fresh at construction, never written or compared
     std::string name;
     ColorType colorType = ColorType::global;
     ColorSpace colorSpace = ColorSpace::RGB;
-    std::vector<double> colorComponents;
+    Components colorComponents;
     double alpha = 1.0;
 };
 

@@ -4,45 +4,11 @@
 
 namespace PAL {
 
-namespace {
-
-CommonError invalidFormat() { return CommonError(CommonError::Case::invalidFormat); }
-
-kro::Json colorsJson(const std::vector<Color>& colors) {
-    kro::Json array = kro::Json::array();
-    for (const auto& color : colors) array.push_back(color.json());
-    return array;
-}
-
-std::vector<Color> colorsFromJson(const kro::Json& json) {
-    if (!json.is_array()) throw invalidFormat();
-    std::vector<Color> colors;
-    colors.reserve(json.size());
-    for (const auto& color : json) colors.push_back(Color::fromJson(color));
-    return colors;
-}
-
-std::string optionalName(const kro::Json& json) {
-    const auto name = json.find("name");
-    if (name == json.end()) return {};
-    if (!name->is_string()) throw invalidFormat();
-    return name->get<std::string>();
-}
-
-}  // namespace
-
 Group::Group(std::string name, std::vector<Color> colors)
-    : id(kro::newUUID()), name(std::move(name)), colors(std::move(colors)) {}
-
-kro::Json Group::json() const { return {{"name", name}, {"colors", colorsJson(colors)}}; }
-
-Group Group::fromJson(const kro::Json& json) {
-    if (!json.is_object() || !json.contains("colors")) throw invalidFormat();
-    return Group(optionalName(json), colorsFromJson(json["colors"]));
-}
+    : id(UUID::make()), name(std::move(name)), colors(std::move(colors)) {}
 
 Palette::Palette(std::string name, std::vector<Color> colors, std::vector<Group> groups)
-    : id(kro::newUUID()), name(std::move(name)), colors(std::move(colors)), groups(std::move(groups)) {}
+    : id(UUID::make()), name(std::move(name)), colors(std::move(colors)), groups(std::move(groups)) {}
 
 std::vector<Color> Palette::allColors() const {
     std::vector<Color> all;
@@ -58,6 +24,43 @@ std::size_t Palette::totalColorCount() const {
     return count;
 }
 
+ColorsInOrder::Iterator::Iterator(const Palette* palette, std::size_t list, std::size_t index)
+    : palette_(palette), list_(list), index_(index) {
+    skipEmptyLists();
+}
+
+const Color& ColorsInOrder::Iterator::operator*() const {
+    return list_ == 0 ? palette_->colors[index_] : palette_->groups[list_ - 1].colors[index_];
+}
+
+ColorsInOrder::Iterator& ColorsInOrder::Iterator::operator++() {
+    ++index_;
+    skipEmptyLists();
+    return *this;
+}
+
+void ColorsInOrder::Iterator::skipEmptyLists() {
+    const auto listSize = [&](std::size_t list) { return list == 0 ? palette_->colors.size() : palette_->groups[list - 1].colors.size(); };
+    while (list_ <= palette_->groups.size() && index_ >= listSize(list_)) {
+        ++list_;
+        index_ = 0;
+    }
+}
+
+ColorsInOrder::Iterator ColorsInOrder::begin() const { return Iterator(palette_, 0, 0); }
+ColorsInOrder::Iterator ColorsInOrder::end() const { return Iterator(palette_, palette_->groups.size() + 1, 0); }
+std::size_t ColorsInOrder::size() const { return palette_->totalColorCount(); }
+
+const Color& ColorsInOrder::operator[](std::size_t index) const {
+    if (index < palette_->colors.size()) return palette_->colors[index];
+    index -= palette_->colors.size();
+    for (const auto& group : palette_->groups) {
+        if (index < group.colors.size()) return group.colors[index];
+        index -= group.colors.size();
+    }
+    throw CommonError(CommonError::Case::indexOutOfRange);
+}
+
 Palette::ColorIndex Palette::appendColor(Color color) {
     colors.push_back(std::move(color));
     return {ColorGrouping::global(), colors.size() - 1};
@@ -65,23 +68,6 @@ Palette::ColorIndex Palette::appendColor(Color color) {
 
 Palette Palette::interpolated(const Color& from, const Color& to, int count, std::string name) {
     return Palette(std::move(name), PAL::interpolated(from, to, count));
-}
-
-kro::Json Palette::json() const {
-    kro::Json groupsJson = kro::Json::array();
-    for (const auto& group : groups) groupsJson.push_back(group.json());
-    return {{"name", name}, {"colors", colorsJson(colors)}, {"groups", groupsJson}};
-}
-
-// A missing "name" or "groups" reads as empty; "colors" is required, as in a group.
-Palette Palette::fromJson(const kro::Json& json) {
-    if (!json.is_object() || !json.contains("colors")) throw invalidFormat();
-    Palette palette(optionalName(json), colorsFromJson(json["colors"]));
-    if (const auto groups = json.find("groups"); groups != json.end()) {
-        if (!groups->is_array()) throw invalidFormat();
-        for (const auto& group : *groups) palette.groups.push_back(Group::fromJson(group));
-    }
-    return palette;
 }
 
 }  // namespace PAL

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 
 #include "exchange/BytesReader.h"
 #include "exchange/PalErrors.h"
@@ -30,6 +31,40 @@ std::string readFile(const std::string& path) {
     return bytes;
 }
 
+// A palette file as each coder tried reads it: a regular file from the disk as it is decoded, anything else
+// (a pipe) read whole once. Throws unableToLoadFile when it will not open.
+class PaletteFile {
+public:
+    explicit PaletteFile(std::string path) : path_(std::move(path)) {
+        if (!BytesParser::FileSource::open(path_)) bytes_ = readFile(path_);
+    }
+
+    Palette decode(const PaletteCoder& coder) const {
+        if (bytes_) return coder.decode(std::string_view(*bytes_));
+        auto source = BytesParser::FileSource::open(path_);
+        if (!source) throw CommonError(CommonError::Case::unableToLoadFile);
+        BytesParser::BytesReader reader(std::move(source));
+        return coder.decode(reader);
+    }
+
+private:
+    std::string path_;
+    std::optional<std::string> bytes_;
+};
+
+// The first coder that decodes wins; every refusal is dropped, since a refusal only means "not mine".
+template <typename Decode>
+Palette decodeWithFirstTaker(const std::vector<const PaletteCoder*>& candidates, Decode decodeWith) {
+    if (candidates.empty()) throw CommonError(CommonError::Case::unsupportedCoderType);
+    for (const PaletteCoder* candidate : candidates) {
+        try {
+            return decodeWith(*candidate);
+        } catch (const std::exception&) {
+        }
+    }
+    throw CommonError(CommonError::Case::unsupportedPaletteType);
+}
+
 }  // namespace
 
 std::string PaletteCoder::name() const { return std::string(info(format_).displayName); }
@@ -46,11 +81,11 @@ bool PaletteCoder::writes() const { return info(format_).writes; }
 Palette PaletteCoder::decode(BytesParser::BytesReader&) const { throw CommonError(CommonError::Case::notImplemented); }
 
 Palette PaletteCoder::decode(std::string_view data) const {
-    BytesParser::BytesReader reader(data);
+    auto reader = BytesParser::BytesReader::viewing(data);
     return decode(reader);
 }
 
-Palette PaletteCoder::decodeFile(const std::string& path) const { return decode(std::string_view(readFile(path))); }
+Palette PaletteCoder::decodeFile(const std::string& path) const { return PaletteFile(path).decode(*this); }
 
 std::string PaletteCoder::encode(const Palette&) const { throw CommonError(CommonError::Case::notImplemented); }
 
@@ -171,28 +206,21 @@ const PaletteCoder* coderForUTType(std::string_view utType) {
 
 Palette decode(const std::string& path, const PaletteCoder* coder) {
     if (coder) {
-        const std::string bytes = readFile(path);
+        const PaletteFile file(path);
         try {
-            return coder->decode(std::string_view(bytes));
+            return file.decode(*coder);
         } catch (const std::exception&) {
             throw CommonError(CommonError::Case::unsupportedPaletteType);
         }
     }
     const auto candidates = codersForPath(path);
     if (candidates.empty()) throw CommonError(CommonError::Case::unsupportedCoderType);
-    return decodeTrying(candidates, readFile(path));
+    const PaletteFile file(path);
+    return decodeWithFirstTaker(candidates, [&](const PaletteCoder& candidate) { return file.decode(candidate); });
 }
 
-// The first coder that decodes wins; every refusal is dropped, since a refusal only means "not mine".
 Palette decodeTrying(const std::vector<const PaletteCoder*>& candidates, std::string_view data) {
-    if (candidates.empty()) throw CommonError(CommonError::Case::unsupportedCoderType);
-    for (const PaletteCoder* candidate : candidates) {
-        try {
-            return candidate->decode(data);
-        } catch (const std::exception&) {
-        }
-    }
-    throw CommonError(CommonError::Case::unsupportedPaletteType);
+    return decodeWithFirstTaker(candidates, [&](const PaletteCoder& candidate) { return candidate.decode(data); });
 }
 
 Palette decode(std::string_view data, std::string_view fileExtension) { return decodeTrying(coders(fileExtension), data); }

@@ -56,7 +56,7 @@ std::optional<TimePoint> parseDateText(const std::string& text) {
 // Identifiers must be unique, not secret: a generator per thread, seeded once with 256 bits from the
 // system's random source, makes them without a trip to that source each time (decoding a file of 100,000
 // colours makes 100,000 of them).
-std::string newUUID() {
+UUIDBytes newUUIDBytes() {
     thread_local std::mt19937_64 generator = [] {
         const std::string seed = randomBytes(32);
         std::array<std::uint32_t, 8> words{};
@@ -64,21 +64,27 @@ std::string newUUID() {
         std::seed_seq sequence(words.begin(), words.end());
         return std::mt19937_64(sequence);
     }();
-    std::array<char, 16> bytes{};
+    UUIDBytes bytes{};
     const std::uint64_t high = generator(), low = generator();
     std::memcpy(bytes.data(), &high, 8);
     std::memcpy(bytes.data() + 8, &low, 8);
-    bytes[6] = static_cast<char>((bytes[6] & 0x0F) | 0x40);
-    bytes[8] = static_cast<char>((bytes[8] & 0x3F) | 0x80);
+    bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);
+    bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);
+    return bytes;
+}
+
+std::string uuidText(const UUIDBytes& bytes) {
     static const char* digits = "0123456789ABCDEF";
     std::string out;
-    for (size_t i = 0; i < 16; ++i) {
+    out.reserve(36);
+    for (size_t i = 0; i < bytes.size(); ++i) {
         if (i == 4 || i == 6 || i == 8 || i == 10) out.push_back('-');
-        const auto b = static_cast<unsigned char>(bytes[i]);
-        out.push_back(digits[b >> 4]);
-        out.push_back(digits[b & 15]);
+        out.push_back(digits[bytes[i] >> 4]);
+        out.push_back(digits[bytes[i] & 15]);
     }
     return out;
 }
+
+std::string newUUID() { return uuidText(newUUIDBytes()); }
 
 }  // namespace kro

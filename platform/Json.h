@@ -1,6 +1,8 @@
 #pragma once
 #include <nlohmann/json.hpp>
 
+#include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -24,5 +26,9 @@ std::optional<TimePoint> parseDateText(const std::string& text);
 
 // A fresh upper-case canonical UUID (8-4-4-4-12), version 4.
 std::string newUUID();
+// The same as its sixteen bytes, for records made by the hundred thousand, and their canonical text.
+using UUIDBytes = std::array<std::uint8_t, 16>;
+UUIDBytes newUUIDBytes();
+std::string uuidText(const UUIDBytes& bytes);
 
 }  // namespace kro

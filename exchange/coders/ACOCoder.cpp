@@ -122,7 +122,7 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         if (colors.size() > 0xFFFF) throw CommonError(CommonError::Case::indexOutOfRange);
         std::vector<std::pair<uint16_t, std::array<uint16_t, 4>>> records;
         for (const auto& color : colors) records.push_back(record(color));
@@ -131,18 +131,20 @@ public:
         for (uint16_t version : {1, 2}) {
             out.writeInteger<uint16_t>(version, big);
             out.writeInteger<uint16_t>(static_cast<uint16_t>(colors.size()), big);
-            for (size_t i = 0; i < colors.size(); ++i) {
+            size_t i = 0;
+            for (const auto& color : colors) {
                 out.writeInteger<uint16_t>(records[i].first, big);
                 out.writeIntegers<uint16_t>(records[i].second, big);
                 if (version == 2) {
                     // Counted with the terminator, as Photoshop writes it.
                     std::vector<uint8_t> units;
-                    if (!BytesParser::encodeText(colors[i].name, TextEncoding::utf16BigEndian, units))
+                    if (!BytesParser::encodeText(color.name, TextEncoding::utf16BigEndian, units))
                         throw CommonError(CommonError::Case::invalidString);
                     out.writeInteger<uint32_t>(static_cast<uint32_t>(units.size() / 2 + 1), big);
                     out.writeBytes(units);
                     out.writeInteger<uint16_t>(0, big);
                 }
+                ++i;
             }
         }
         return out.data();

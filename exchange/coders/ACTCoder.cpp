@@ -51,7 +51,7 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         std::string table(tableSize * 3, '\0');
         for (size_t i = 0; i < std::min(colors.size(), tableSize); ++i) {
             const auto rgb = colors[i].rgb();

@@ -89,7 +89,7 @@ std::string AndroidXMLCoder::encode(const Palette& palette) const {
     std::string out = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<resources>\n";
     UniqueNames names("_");
     std::size_t position = 0;
-    for (const auto& color : palette.allColors()) {
+    for (const auto& color : palette.eachColor()) {
         const bool withAlpha = includeAlphaDuringExport && color.alpha < 1;
         const std::string value = color.hexString(withAlpha ? ColorByteFormat::argb : ColorByteFormat::rgb, true, true);
         out += "    <color" + xml::attributeText("name", names.take(resourceName(color.name, ++position))) + ">" + value + "</color>\n";

@@ -47,7 +47,7 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         BytesWriter out = binaryfile::writeOpening(clf, palette);
         binaryfile::writeCount(out, colors.size());
         for (const auto& color : colors) {

@@ -205,7 +205,7 @@ Palette CSVCoder::decode(BytesParser::BytesReader& bytes) const {
 }
 
 std::string CSVCoder::encode(const Palette& palette) const {
-    const auto colors = palette.allColors();
+    const auto colors = palette.eachColor();
     const bool withAlpha = std::any_of(colors.begin(), colors.end(), [](const Color& c) { return byteOf(c.alpha) < 255; });
     std::string out = withAlpha ? "name,hex,r,g,b,a\n" : "name,hex,r,g,b\n";
     for (const auto& color : colors) {

@@ -161,7 +161,7 @@ public:
         const auto legacy = legacyName(name);
 
         BytesWriter records;
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         for (const auto& color : colors) {
             const auto units = encoded(clamped(color.name, swatchNameUnits, SIZE_MAX), TextEncoding::utf16LittleEndian);
             records.writeInteger<uint32_t>(static_cast<uint32_t>(units.empty() ? 8 : 10 + units.size()), little);

@@ -74,7 +74,7 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         std::string out;
         out.reserve(colors.size() * 47);
         bool converted = false;

@@ -115,7 +115,7 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         const std::size_t columns = std::clamp<std::size_t>(colors.size(), 1, 16);
         std::string out = "ROWS " + std::to_string((colors.size() + columns - 1) / columns) + "\r\nCOLS " + std::to_string(columns) +
                           "\r\nWIDTH 16\r\nHEIGHT 16\r\nTEXTHEIGHT 0\r\nSPACING 1\r\n";

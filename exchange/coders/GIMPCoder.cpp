@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
-#include <cstdio>
 
 #include "exchange/BytesReader.h"
 #include "exchange/PalErrors.h"
@@ -84,9 +83,14 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const std::size_t colorCount = palette.totalColorCount();
         std::string out = std::string(magic) + "\nName: " + singleLine(palette.name) + "\nColumns: " +
-                          std::to_string(std::min<std::size_t>(colors.size(), 16)) + "\n#\n";
+                          std::to_string(std::min<std::size_t>(colorCount, 16)) + "\n#\n";
+        // A colour's line is its three channels, a tab, its name and the line break.
+        std::size_t size = out.size() + 32;
+        for (const Color& color : palette.eachColor()) size += 13 + std::max(color.name.size(), untitled.size());
+        for (const auto& group : palette.groups) size += 3 + group.name.size();
+        out.reserve(size);
         const std::size_t headerEnd = out.size();
         writeColors(out, palette.colors);
         for (const auto& group : palette.groups) {
@@ -114,15 +118,25 @@ private:
         return Color::rgb255(values[0], values[1], values[2], values[3], entryName(rest));
     }
 
+    // A channel right-aligned in three places, as GIMP's "%3d".
+    static void appendChannel(std::string& out, double unit) {
+        const int value = static_cast<int>(std::round(std::clamp(unit, 0.0, 1.0) * 255));
+        const char digits[3] = {value >= 100 ? char('0' + value / 100) : ' ', value >= 10 ? char('0' + value / 10 % 10) : ' ',
+                                char('0' + value % 10)};
+        out.append(digits, 3);
+    }
+
     static void writeColors(std::string& out, const std::vector<Color>& colors) {
-        char numbers[32];
         for (const auto& color : colors) {
             const RGB rgb = color.rgb();
-            const auto byte = [](double unit) { return static_cast<int>(std::round(std::clamp(unit, 0.0, 1.0) * 255)); };
-            std::snprintf(numbers, sizeof numbers, "%3d %3d %3d\t", byte(rgb.rf), byte(rgb.gf), byte(rgb.bf));
+            appendChannel(out, rgb.rf);
+            out += ' ';
+            appendChannel(out, rgb.gf);
+            out += ' ';
+            appendChannel(out, rgb.bf);
+            out += '\t';
             const std::string name = singleLine(trimmed(color.name));
-            out += numbers;
-            out += name.empty() ? std::string(untitled) : name;
+            out += name.empty() ? untitled : std::string_view(name);
             out += '\n';
         }
     }

@@ -68,7 +68,7 @@ public:
     // Opaque colours as six digits, which every reader of the format takes; others with their alpha.
     std::string encode(const Palette& palette) const override {
         std::string out;
-        for (const auto& color : palette.allColors()) {
+        for (const auto& color : palette.eachColor()) {
             out += color.hexString(byteOf(color.alpha) < 255 ? ColorByteFormat::rgba : ColorByteFormat::rgb);
             out += '\n';
         }

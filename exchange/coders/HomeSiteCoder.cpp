@@ -49,7 +49,7 @@ public:
 
     // HomeSite is a Windows program: CR LF.
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         std::string out = "Palette\r\nVersion 4.0\r\n-----------\r\n";
         out.reserve(out.size() + colors.size() * 13);
         for (const auto& color : colors) out += byteWords(color) + "\r\n";

@@ -63,7 +63,7 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         bool withAlpha = false;
         for (const auto& color : colors) withAlpha = withAlpha || byteOf(color.alpha) < 255;
 

@@ -48,7 +48,7 @@ public:
     std::string encode(const Palette& palette) const override {
         std::string out = std::string(xml::declarationUTF8) + std::string(rootStart);
         UniqueNames names;
-        for (const auto& color : palette.allColors())
+        for (const auto& color : palette.eachColor())
             out += "  <draw:color" + xml::attributeText("draw:name", names.take(color)) +
                    xml::attributeText("draw:color", color.hexString(ColorByteFormat::rgb, true)) + "/>\n";
         return out + std::string(rootEnd);

@@ -82,7 +82,7 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         if (colors.size() > paintNETSlots)
             logInfo(formatLogMessage("PAL.Coder.PaintNET: Writing %d colors; Paint.NET uses only the first 96",
                                      {std::to_string(colors.size())}));

@@ -57,7 +57,7 @@ public:
 
     // No alpha: Krita drops every line with a fourth value.
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         if (colors.empty() || colors.size() > mostColors)
             logInfo(formatLogMessage("PAL.Coder.PaintShopPro: Writing %d colors; Paint Shop Pro takes 1 to 256",
                                      {std::to_string(colors.size())}));

@@ -29,7 +29,7 @@ public:
     }
 
     std::string encode(const Palette& palette) const override {
-        return rgbtext::writeColors(palette.allColors(), components_, scale_);
+        return rgbtext::writeColors(palette.eachColor(), components_, scale_);
     }
 
 private:

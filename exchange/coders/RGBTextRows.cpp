@@ -90,7 +90,7 @@ std::vector<Color> readColors(std::string_view text, int components, Scale scale
     return colors;
 }
 
-std::string writeColors(const std::vector<Color>& colors, int components, Scale scale) {
+std::string writeColors(const ColorsInOrder& colors, int components, Scale scale) {
     std::string out;
     char numbers[24];
     for (const auto& color : colors) {

@@ -23,6 +23,6 @@ enum class Scale {
 std::vector<Color> readColors(std::string_view text, int components, Scale scale);
 
 // One line per colour of `colors`, a tab before the name when there is one.
-std::string writeColors(const std::vector<Color>& colors, int components, Scale scale);
+std::string writeColors(const ColorsInOrder& colors, int components, Scale scale);
 
 }  // namespace PAL::rgbtext

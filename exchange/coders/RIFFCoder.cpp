@@ -49,7 +49,7 @@ public:
 
     // The simple form only (one "data" chunk, version 0x0300, flags 0): the form every reader takes.
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         if (colors.size() > INT16_MAX) throw CommonError(CommonError::Case::indexOutOfRange);  // the count is read signed
         const auto dataSize = static_cast<uint32_t>(4 + 4 * colors.size());
 

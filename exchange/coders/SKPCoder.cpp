@@ -158,7 +158,7 @@ public:
         std::string out = std::string(magic) + "\npalette()\nset_name(" + python::literal(palette.name) +
                           ")\nset_source('Kro')\nset_columns(1)\n";
         const std::string source = python::literal(palette.name);
-        for (const auto& color : palette.allColors()) {
+        for (const auto& color : palette.eachColor()) {
             out += "color([" + modelAndValues(color) + ", " + pythonFloat(color.alpha) + ", " + python::literal(color.name);
             out += color.colorType == ColorType::spot ? ", " + source + "])\n" : "])\n";
         }

@@ -125,7 +125,7 @@ public:
                           (palette.name.empty() ? "" : attributeText("Name", palette.name)) + ">\n";
         UniqueNames names;
         names.reserve(std::string(noColorName));
-        for (const auto& color : palette.allColors()) {
+        for (const auto& color : palette.eachColor()) {
             out += " <COLOR" + attributeText("NAME", names.take(color)) + colorAttributes(color);
             if (color.colorType == ColorType::spot) out += attributeText("Spot", "1");
             out += "/>\n";

@@ -96,10 +96,10 @@ public:
         std::string out = "{\n";
         if (!palette.name.empty()) out += "\t\"name\": " + jsonString(palette.name) + ",\n";
         out += "\t\"colors\": [";
-        const auto colors = palette.allColors();
-        for (std::size_t i = 0; i < colors.size(); ++i) {
-            const Color& color = colors[i];
-            out += i == 0 ? "\n\t\t{\n" : ",\n\t\t{\n";
+        bool first = true;
+        for (const Color& color : palette.eachColor()) {
+            out += first ? "\n\t\t{\n" : ",\n\t\t{\n";
+            first = false;
             if (!color.name.empty()) out += "\t\t\t\"name\": " + jsonString(color.name) + ",\n";
             std::vector<double> components;
             for (double value : encodedComponents(color)) components.push_back(quantized(toLinear(value)));
@@ -108,7 +108,7 @@ public:
             for (std::size_t c = 0; c < components.size(); ++c) out += (c == 0 ? "\n\t\t\t\t" : ",\n\t\t\t\t") + textfile::fixedTrimmed(components[c], 5);
             out += "\n\t\t\t]\n\t\t}";
         }
-        return out + (colors.empty() ? "]\n}" : "\n\t]\n}");
+        return out + (first ? "]\n}" : "\n\t]\n}");
     }
 };
 

@@ -105,7 +105,7 @@ public:
 
     // Skencil compares the first line with its line feed included: LF only.
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         std::string out = std::string(magic) + "\n";
         out.reserve(out.size() + colors.size() * 40);
         UniqueNames names;

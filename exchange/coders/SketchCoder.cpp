@@ -88,7 +88,7 @@ public:
     // Groups are flattened and the palette name is left to the file name: the format holds neither.
     std::string encode(const Palette& palette) const override {
         Json colors = Json::array();
-        for (const auto& color : palette.allColors()) {
+        for (const auto& color : palette.eachColor()) {
             const RGB rgb = color.rgb();
             colors.push_back(Json{{"name", color.name.empty() ? Json(nullptr) : Json(color.name)},
                                   {"red", number(rgb.rf)},

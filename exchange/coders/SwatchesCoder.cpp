@@ -66,7 +66,7 @@ public:
     // Every slot is listed, as Procreate's own exports do. A palette with more colours than slots keeps
     // its first 30: a colour's slot is its place in the palette, and Procreate has no 31st.
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         if (colors.size() > slotCount)
             logInfo(formatLogMessage("Procreate Swatches: a palette holds %d colors, %d were left out",
                                      {std::to_string(slotCount), std::to_string(colors.size() - slotCount)}));

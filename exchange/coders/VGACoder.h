@@ -33,7 +33,7 @@ public:
         const auto channel = [this](double unit) {
             return static_cast<char>(std::lround(std::clamp(unit, 0.0, 1.0) * channelMaximum));
         };
-        for (const auto& color : palette.allColors()) {
+        for (const auto& color : palette.eachColor()) {
             const auto rgb = color.rgb();
             bytes += {channel(rgb.rf), channel(rgb.gf), channel(rgb.bf)};
         }

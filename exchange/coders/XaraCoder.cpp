@@ -110,7 +110,7 @@ public:
 
     // CMYK when every colour is CMYK, else RGB; spot when every colour is spot.
     std::string encode(const Palette& palette) const override {
-        const auto colors = palette.allColors();
+        const auto colors = palette.eachColor();
         if (colors.size() > UINT16_MAX) throw CommonError(Case::indexOutOfRange);
         const auto every = [&](auto predicate) {
             return !colors.empty() && std::all_of(colors.begin(), colors.end(), predicate);

@@ -1,5 +1,6 @@
 #include "BinaryCoderTestSupport.h"
 #include "ExchangeTestSupport.h"
+#include "exchange/BytesWriter.h"
 
 using namespace PAL;
 using namespace binarytest;
@@ -127,4 +128,21 @@ TEST(ASECoder, EveryRefusalHasItsErrorAndLogLine) {
     // A block count larger than the blocks present, and a truncated colour, end in the reader's error.
     EXPECT_EQ(readerError([&] { aseCoder->decode(ase(2, blueBlock())); }), BytesParser::ReaderError::endOfData);
     EXPECT_EQ(readerError([&] { aseCoder->decode(ase(1, "0001 00000014 0000 52474220 0000")); }), BytesParser::ReaderError::endOfData);
+}
+
+// Names are read unit by unit up to their terminator and must decode as UTF-16; a name that is not UTF-8
+// cannot be written.
+TEST(ASECoder, NamesMustBeTextOnBothSides) {
+    EXPECT_EQ(readerError([&] { aseCoder->decode(ase(1, "0001 00000000 0002 D800 0000 52474220")); }),
+              BytesParser::ReaderError::invalidStringEncoding);
+    // Unterminated at the end of the file: read as far as it goes, then the stated length refuses it.
+    EXPECT_EQ(commonError([&] { aseCoder->decode(ase(1, "0001 00000000 0004 0041 0042")); }), Case::invalidString);
+    const auto surrogatePair = aseCoder->decode(ase(1, "0001 00000000 0003 D83D DE00 0000 52474220 00000000 00000000 3F800000 0000"));
+    EXPECT_EQ(surrogatePair.colors.at(0).name, "😀");
+    try {
+        aseCoder->encode(Palette({}, {Color::rgb(0, 0, 0, 1, "Caf\xE9")}));
+        ADD_FAILURE() << "a name that is not UTF-8 was written";
+    } catch (const BytesParser::WriterError& error) {
+        EXPECT_EQ(error.code, BytesParser::WriterError::cannotConvertStringEncoding);
+    }
 }

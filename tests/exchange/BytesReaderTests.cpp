@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <random>
 #include <sstream>
 
 #include "BinaryCoderTestSupport.h"
@@ -169,4 +170,68 @@ TEST(BytesReader, Files) {
     EXPECT_EQ(readerError([&] { BytesReader::fromFileURL("https://example.com/a.ase"); }), ReaderError::invalidFile);
     EXPECT_EQ(readerError([&] { BytesReader::fromFileURL("/tmp"); }), ReaderError::invalidFile);
     EXPECT_EQ(readerError([&] { BytesReader(std::unique_ptr<std::istream>()); }), ReaderError::invalidFile);
+}
+
+// A regular file is read a window at a time; every answer must be the one the whole file in memory gives,
+// across the window's edges, at the end, and after seeks (a fixed seed picks the reads).
+TEST(BytesReader, AFileSourceAnswersAsMemoryDoes) {
+    std::string bytes(200'000, '\0');
+    for (size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 31 + (i >> 8));
+    char name[] = "/tmp/kro-bytes-XXXXXX";
+    const int descriptor = mkstemp(name);
+    ASSERT_GE(descriptor, 0);
+    ASSERT_EQ(write(descriptor, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    close(descriptor);
+
+    auto source = FileSource::open(name);
+    ASSERT_TRUE(source);
+    BytesReader file(std::move(source)), memory(bytes);
+    std::mt19937 random(5);
+    for (int step = 0; step < 400; ++step) {
+        const size_t count = random() % 3 == 0 ? random() % 70'000 : random() % 9;
+        switch (random() % 5) {
+            case 0: {
+                const auto expected = readerError([&] { memory.readBytes(static_cast<int64_t>(count)); });
+                std::vector<uint8_t> read;
+                EXPECT_EQ(readerError([&] { read = file.readBytes(static_cast<int64_t>(count)); }), expected);
+                if (!expected) {
+                    EXPECT_EQ(read, std::vector<uint8_t>(bytes.begin() + static_cast<ptrdiff_t>(file.readPosition() - count),
+                                                         bytes.begin() + static_cast<ptrdiff_t>(file.readPosition())));
+                }
+                break;
+            }
+            case 1: {
+                const auto expected = readerError([&] { memory.readInteger<uint32_t>(Endianness::big); });
+                uint32_t value = 0;
+                EXPECT_EQ(readerError([&] { value = file.readInteger<uint32_t>(Endianness::big); }), expected);
+                if (!expected) {
+                    EXPECT_EQ(value, BytesReader(bytes.substr(file.readPosition() - 4, 4)).readInteger<uint32_t>(Endianness::big));
+                }
+                break;
+            }
+            case 2: {
+                const auto from = static_cast<BytesReader::Seek>(random() % 3);
+                const int64_t offset = static_cast<int64_t>(random() % 260'000) - 130'000;
+                EXPECT_EQ(readerError([&] { file.seek(offset, from); }), readerError([&] { memory.seek(offset, from); }));
+                break;
+            }
+            case 3:
+                if (random() % 8 == 0) {
+                    EXPECT_EQ(file.readAll(), memory.readAll());
+                }
+                break;
+            default:
+                if (random() % 8 == 0) {
+                    const auto rest = memory.readRemaining();
+                    const auto read = file.readRemaining();
+                    EXPECT_TRUE(std::equal(read.begin(), read.end(), rest.begin(), rest.end()));
+                }
+        }
+        ASSERT_EQ(file.readPosition(), memory.readPosition()) << "step " << step;
+        EXPECT_EQ(file.hasMoreData(), memory.hasMoreData());
+        EXPECT_EQ(file.bytesLeft(), memory.bytesLeft());
+    }
+    unlink(name);
+    EXPECT_FALSE(FileSource::open(name));
+    EXPECT_FALSE(FileSource::open("/tmp")) << "a folder is not a file to read";
 }

@@ -154,6 +154,23 @@ TEST(PalColorTest, AWrongComponentCountFailsInsteadOfGuessing) {
     expectCommonError(Case::invalidColorComponentCountForModelType, [] { Color(ColorSpace::RGB, {1, 0}).rgb(); });
 }
 
+// Up to four components live in the colour; a coder may hand over more, which must survive copies and
+// moves as well (the sanitizers watch the storage).
+TEST(PalColorTest, ComponentsBeyondFourAreKeptToo) {
+    const std::vector<double> five = {0.1, 0.2, 0.3, 0.4, 0.5};
+    Color many(ColorSpace::CMYK, five);
+    Color copy = many;
+    Color moved = std::move(copy);
+    copy = moved;
+    moved = Color::gray(0.5);
+    moved = many;
+    for (const Color* color : {&many, &copy, &moved}) EXPECT_EQ(color->colorComponents, five);
+    EXPECT_EQ(std::vector<double>(many.colorComponents), five);
+    moved.colorComponents[4] = 1;
+    EXPECT_FALSE(moved.colorComponents == many.colorComponents);
+    expectCommonError(Case::invalidColorComponentCountForModelType, [&] { many.cmyk(); });
+}
+
 TEST(PalColorTest, HueFamiliesAreRGBWithoutAlphaOrName) {
     const auto hues = [](const std::vector<Color>& colors) {
         std::vector<double> degrees;

@@ -78,6 +78,25 @@ TEST(PaletteFormatTest, DecodingFilesAndBytes) {
     expectCommonError(Case::unsupportedCoderType, [&] { decode(gimp, "doc"); });
 }
 
+// A file on disk is read a window at a time as it is decoded, by readers that walk it and by those that
+// seek about in it; what they read is what the same bytes in memory give.
+TEST(PaletteFormatTest, FilesReadAsTheirBytesDo) {
+    ScratchFolder folder;
+    std::vector<Color> colors;
+    for (int i = 0; i < 3000; ++i) colors.push_back(Color::rgb(i % 256 / 255.0, 0.5, 1 - i % 7 / 7.0, 1, "Colour " + std::to_string(i)));
+    const Palette palette("Big", {}, {Group("A", colors), Group("B", colors)});
+    for (const auto format : {PaletteFormat::ase, PaletteFormat::dcp, PaletteFormat::clf, PaletteFormat::xara,
+                              PaletteFormat::clipStudioPaint, PaletteFormat::gimp, PaletteFormat::json}) {
+        const auto each = coder(format);
+        const std::string bytes = each->encode(palette);
+        const auto path = folder / ("big." + std::string(info(format).extensions.front()));
+        writeFile(path, bytes);
+        const Palette fromFile = decode(path.string(), each.get());
+        expectExactPalette(fromFile, each->decode(std::string_view(bytes)));
+        EXPECT_EQ(fromFile.totalColorCount(), 6000u) << info(format).caseName;
+    }
+}
+
 // Every format has its coder, which does what the format table says and marks what it reads with its
 // format; a side the format lacks answers notImplemented, which the trial passes over, after logging the
 // coder's message where it has one.
@@ -119,4 +138,25 @@ TEST(PaletteTest, AllColorsAndAppending) {
     EXPECT_EQ(all[0], Color::gray(0.5));  // global colours first
     EXPECT_EQ(all[2], Color::rgb(0, 1, 0));
     EXPECT_EQ(palette.totalColorCount(), 3u);
+}
+
+// The writers walk the colours in place; the walk must be allColors(), across empty lists anywhere.
+TEST(PaletteTest, EachColorWalksAllColorsInPlace) {
+    for (const Palette& palette :
+         {Palette(), Palette("", {}, {Group(), Group()}), Palette("", {Color::gray(0)}),
+          Palette("", {}, {Group(), Group("", {Color::gray(0.1), Color::gray(0.2)}), Group(), Group("", {Color::gray(0.3)}), Group()}),
+          Palette("", {Color::gray(0.4)}, {Group(), Group("", {Color::gray(0.5)})})}) {
+        const auto all = palette.allColors();
+        const auto each = palette.eachColor();
+        EXPECT_EQ(each.size(), all.size());
+        EXPECT_EQ(each.empty(), all.empty());
+        std::vector<const Color*> walked;
+        for (const Color& color : each) walked.push_back(&color);
+        ASSERT_EQ(walked.size(), all.size());
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            EXPECT_EQ(walked[i]->colorComponents, all[i].colorComponents) << i;
+            EXPECT_EQ(&each[i], walked[i]) << "read in place";
+        }
+        expectCommonError(Case::indexOutOfRange, [&] { (void)each[all.size()]; });
+    }
 }
