@@ -150,7 +150,7 @@ void Plugin::getColor(const std::optional<Target>& target, PickerPlugin slot, Ge
     }
     Bridge* bridge = function == PluginItemFunction::bridge ? bridgeFor(*item) : nullptr;
     if (!bridge) {
-        SHERLOG(displayName(*item) + " has no way to read its colour here", SherlogLevel::error);
+        SHERLOG(displayName(*item) + " has no way to read its color here", SherlogLevel::error);
         return done(std::nullopt);
     }
     bridge->getColor(slot, [item, done](const std::vector<ColorValue>& colors) { done(PluginItemResult{item->icon, colors}); });

@@ -1,7 +1,7 @@
 # bash completion for kro. Format names and palette formats come from the program itself, so they are
 # always those of the installed version (and of the user's own catalogue).
 
-_kro_commands="open format formats name contrast simulate scan convert inspect palette-formats import export
+_kro_commands="open pick format formats name contrast simulate scan convert inspect palette-formats import export
 snapshot undo redo sync account get send krita-plugin help"
 
 # Adds the words of the list (one per line) that start with the current word, quoted for the shell.
@@ -44,6 +44,9 @@ _kro() {
         local options="--help"
         case $command in
             format) options+=" --format --template" ;;
+            pick) options+=" --format --template --count" ;;
+            get) options+=" --primary --secondary --app" ;;
+            send) options+=" --primary --secondary --app" ;;
             contrast) options+=" --fix" ;;
             scan) options+=" --patterns" ;;
             convert) options+=" --from --to" ;;

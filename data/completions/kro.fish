@@ -3,6 +3,7 @@
 # Each command, with what it does.
 set -l kro_described \
     'open:Hand kro:// links and files to the agent' \
+    'pick:Pick colors with the loupe and print them' \
     'format:A color as text in a format or template' \
     'formats:The format catalogue' \
     'name:The nearest color name' \

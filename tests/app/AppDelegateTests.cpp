@@ -157,7 +157,7 @@ TEST_F(AppDelegateTest, TheFirstChangeAfterLaunchCanBeUndoneThroughARequest) {
     environment.queue.runDue();
     std::string reply;
     delegate->handleAgentRequest(R"({"undo":true})", [&reply](const std::string& line) { reply = line; });
-    EXPECT_EQ(reply, R"({"ok":true,"lines":["Undone: the library has 1 palette and 0 history colours"]})");
+    EXPECT_EQ(reply, R"({"ok":true,"lines":["Undone: the library has 1 palette and 0 history colors"]})");
     EXPECT_TRUE(User::shared()->history->colors.empty());
 }
 

@@ -42,7 +42,7 @@ start=$SECONDS
 wait $SEND_PID && fail "a send to a GIMP that went away succeeded"
 # The two-second limit itself is the unit tests' to check; here only that nothing hangs on a loaded machine.
 ((SECONDS - start <= 30)) || fail "the failed send hung for $((SECONDS - start)) s"
-grep -q "did not take the colour" "$WORK/send.out" || fail "the failure says: $(cat "$WORK/send.out")"
+grep -q "did not take the color" "$WORK/send.out" || fail "the failure says: $(cat "$WORK/send.out")"
 [[ $(clipboard) =~ ^#?123456$ ]] || fail "the clipboard after the failed send: '$(clipboard)'"
 
 stop_agent

@@ -10,7 +10,7 @@ kro krita-plugin install >/dev/null || fail "the plug-in did not install"
 
 # No Krita yet: the read fails and says how to enable the plug-in.
 kro get --primary --app org.kde.krita >"$WORK/get.out" 2>&1 && fail "a read without Krita succeeded"
-grep -q "Krita gave no colour" "$WORK/get.out" || fail "without Krita: $(cat "$WORK/get.out")"
+grep -q "Krita gave no color" "$WORK/get.out" || fail "without Krita: $(cat "$WORK/get.out")"
 agent_log | grep -q "krita-plugin install" || fail "the log does not say how to install the plug-in"
 
 # A listener on the plug-in's socket that runs as another user, offering a colour: it is refused.

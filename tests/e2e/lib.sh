@@ -9,6 +9,11 @@ export XDG_DATA_HOME=$WORK/data XDG_CONFIG_HOME=$WORK/config XDG_CACHE_HOME=$WOR
 export HOME=$WORK/home KRO_LOG=1
 mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$HOME"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
+# The welcome window, due at a first start, and the colour dock would cover the test's windows: the one has
+# been seen, the other is hidden. (A test of either writes its own defaults.)
+mkdir -p "$XDG_CONFIG_HOME/kroapp.Kro"
+echo "{\"UserDefaults.Kro.Onboarding.Needs.Display\": false, \"UserDefaults.Kro.DockVisible\": \"$(printf false | base64)\"}" \
+    >"$XDG_CONFIG_HOME/kroapp.Kro/defaults.json"
 unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS
 export QT_QPA_PLATFORM=xcb
 

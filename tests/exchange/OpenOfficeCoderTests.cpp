@@ -71,5 +71,5 @@ TEST(OpenOfficeCoderTest, ReadsEveryTableLibreOfficeShips) {
         EXPECT_EQ(socCoder->decode(socCoder->encode(palette)).colors, palette.colors);
     }
     EXPECT_GE(files, 8u);
-    EXPECT_EQ(socCoder->decode(realFile("libreoffice-common/freecolor-hlc.soc")).colors.size(), 1032u);
+    EXPECT_EQ(socCoder->decode(realFile("libreoffice-common/freecolour-hlc.soc")).colors.size(), 1032u);
 }

@@ -84,6 +84,11 @@ export XDG_RUNTIME_DIR=$WORK/run XDG_DATA_HOME=$WORK/data XDG_CONFIG_HOME=$WORK/
 export HOME=$WORK/home XDG_CURRENT_DESKTOP=sway:gnome NO_AT_BRIDGE=1 GTK_A11Y=none KRO_LOG=1
 mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$HOME"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
+# The welcome window, due at a first start, and the colour dock would cover the test's windows: the one has
+# been seen, the other is hidden.
+mkdir -p "$XDG_CONFIG_HOME/kroapp.Kro"
+echo "{\"UserDefaults.Kro.Onboarding.Needs.Display\": false, \"UserDefaults.Kro.DockVisible\": \"$(printf false | base64)\"}" \
+    >"$XDG_CONFIG_HOME/kroapp.Kro/defaults.json"
 
 # The native window, which also gives the headless seat its pointer.
 "$COLOUR_CLIENT" kro-native FF0000 00C000 0000FF 808080 >"$WORK/native.log" 2>&1 &
