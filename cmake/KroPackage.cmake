@@ -26,7 +26,10 @@ set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# xdg-open hands kro:// links to the agent; a tray host and a secret service are the desktop's own.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils")
+# Qt's platform plugins are loaded, not linked, so dpkg-shlibdeps cannot see them: the X11 one is needed in
+# every session, the Wayland one and the desktop portal only in a Wayland session. xdg-open hands kro:// links
+# to the agent; a tray host and a secret service are the desktop's own.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, qt6-wayland, xdg-desktop-portal")
 set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
 include(CPack)
