@@ -8,6 +8,7 @@
 
 #include "cli/AgentRequest.h"
 #include "cli/HeadlessSync.h"
+#include "cloud/CloudSync.h"
 #include "documents/ChangeRequests.h"
 #include "library/StoreLock.h"
 
@@ -52,7 +53,11 @@ int runHere(CommandContext& context, const ChangeCommand& command) {
     handleChangeRequest(command.request, [reply](const Json& answer) { *reply = answer; });
     if (!*reply && !runMainQueueUntil([reply] { return reply->has_value(); }, command.limit))
         return fail(context, "the sync server did not answer in time; nothing was changed here");
-    return printReply(context, **reply);
+    const int status = printReply(context, **reply);
+    // The answer to a push this change set off may bring another machine's work to merge and save, and that
+    // save needs the lock: the sync is finished while it is still held.
+    if (CloudSync::shared().session()) finishHeadlessSync(context.err);
+    return status;
 }
 
 }  // namespace

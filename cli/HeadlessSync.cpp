@@ -57,6 +57,10 @@ void catchUpBeforeChange(std::ostream& err) {
 }
 
 bool finishHeadlessSync(std::ostream& err) {
+    // A change run here finishes the sync under the stores' lock, and the command's end asks again: a wait
+    // that already ran out is not waited out twice.
+    static bool gaveUp = false;
+    if (gaveUp) return false;
     int observer = 0;
     const auto problems = listen(observer);
     const bool answered = waitUntilIdle();
@@ -65,6 +69,7 @@ bool finishHeadlessSync(std::ostream& err) {
         err << "kro: " << (report.kind == CloudReport::Kind::failed ? kKeptHere : "") << report.sentence << "\n";
     }
     if (!answered) {
+        gaveUp = true;
         err << "kro: " << kKeptHere << "the sync server did not answer in time\n";
         return false;
     }

@@ -23,7 +23,7 @@ void catchUpBeforeChange(std::ostream& err);
 
 // Waits for the pushes the command set off, says on `err` what did not reach the sync server, and ends the
 // sync, so that its threads stop before the process does. False when requests are still under way at the
-// limit: the process must then end without waiting for them.
+// limit: the process must then end without waiting for them. Once finished, a second call returns at once.
 bool finishHeadlessSync(std::ostream& err);
 
 }  // namespace kro::cli
