@@ -67,6 +67,8 @@ Inspector::Inspector(AppDelegate* delegate, LibraryActions& actions, QWidget* pa
     auto* scroll = new QScrollArea(this);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    // It takes the focus so the keys scroll it, so a screen reader names it when it does.
+    scroll->setAccessibleName("Color details");
     // The inspector grows downwards only: every line fits its width or wraps.
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     outer->addWidget(scroll);
