@@ -222,6 +222,10 @@ void MainWindow::newPalette() {
 }
 
 void MainWindow::renameSelection() {
+    // A locked palette's names are not editable: say why rather than do nothing.
+    if (const auto palette = currentPalette(); palette && palette->lock) {
+        return actions_.notice(LibraryActions::lockedReason(*palette));
+    }
     // The colour when the colours have focus and one is chosen; otherwise the palette.
     if (colors_->hasFocus() && colors_->currentIndex().isValid()) return colors_->edit(colors_->currentIndex());
     sidebar_->setFocus();
