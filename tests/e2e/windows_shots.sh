@@ -11,7 +11,7 @@ mkdir -p "$SHOTS"
 THEME=${KRO_E2E_THEME:-light}
 
 shot() {
-    sleep 0.8
+    sleep "${3:-0.8}"
     python3 "$(dirname "$0")/screenshot.py" "$SHOTS/$1-$THEME-x${QT_SCALE_FACTOR:-1}.png" "$(visible "$2")"
 }
 library_keys() {
@@ -46,8 +46,10 @@ sleep 0.3
 shot library-search '^Kro Library$'
 library_keys ctrl+a BackSpace
 # Locked, a colour chosen, and a rename refused: the padlock and the notice with its reason.
-library_keys ctrl+l Tab Tab Tab Right F2
-shot library-locked '^Kro Library$'
+library_keys ctrl+l Tab Tab Tab Right
+xdotool key F2
+# The notice stands for a few seconds: taken at once.
+shot library-locked '^Kro Library$' 0.3
 agent_log | grep -q "notice: .* is locked" || fail "a rename in a locked palette showed no reason"
 library_keys ctrl+l
 
