@@ -121,14 +121,15 @@ void MainWindow::buildMenus() {
 
     // The submenus have no shortcut of their own: these open them where the keyboard is.
     sortMenu_ = sortMenu;
-    const std::pair<QMenu*, QKeySequence> submenuKeys[] = {
-        {mergeMenu_, QKeySequence("Ctrl+Shift+M")}, {moveMenu_, QKeySequence("Ctrl+M")}, {sortMenu_, QKeySequence("Ctrl+Shift+S")}};
+    const std::pair<QMenu*, const char*> submenuKeys[] = {
+        {mergeMenu_, "Ctrl+Shift+M"}, {moveMenu_, "Ctrl+M"}, {sortMenu_, "Ctrl+Shift+S"}};
     for (const auto& [submenu, keys] : submenuKeys) {
         auto* open = new QAction(submenu->title(), this);
-        open->setShortcut(keys);
+        open->setShortcut(QKeySequence(keys));
         addAction(open);
         connect(open, &QAction::triggered, this, [this, submenu = submenu] {
-            popUpAt(submenu, submenu == mergeMenu_ ? sidebar_ : colors_);
+            // Disabled, as in the menu bar, when it has nothing to offer here.
+            if (submenu->isEnabled()) popUpAt(submenu, submenu == mergeMenu_ ? sidebar_ : colors_);
         });
     }
 
