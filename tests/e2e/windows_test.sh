@@ -1,24 +1,18 @@
 #!/usr/bin/env bash
 # The windows with the real agent: the library window opened from the tray menu and by its hot key, the
 # menu window by a click on the tray icon; a palette made, a colour picked into it and renamed, the
-# palette exported to .ase and .gpl through the export dialog, and undo twice. The saved library and
-# the exported files are read after each step.
+# palette exported to .ase and .gpl through the export dialog, a GIMP palette dropped on the window from
+# another program, and undo twice. The saved library and the exported files are read after each step.
+# usage: windows_test.sh PATH_TO_KRO PATH_TO_DRAG_SOURCE
 source "$(dirname "$0")/lib.sh"
+DRAG_SOURCE=${2:?usage: $0 PATH_TO_KRO PATH_TO_DRAG_SOURCE}
+source "$(dirname "$0")/windows.sh"
 
 ANSWERS=$WORK/dialog-answers
 export KRO_TEST_DIALOG_ANSWERS=$ANSWERS
 OUT=$WORK/out
 mkdir -p "$OUT"
 
-visible() { xdotool search --onlyvisible --name "$1" 2>/dev/null | head -1; }
-wait_visible() {
-    for _ in $(seq 100); do [[ -n $(visible "$1") ]] && return 0; sleep 0.1; done
-    return 1
-}
-wait_hidden() {
-    for _ in $(seq 100); do [[ -z $(visible "$1") ]] && return 0; sleep 0.1; done
-    return 1
-}
 library_keys() {
     xdotool windowfocus "$(visible "^Kro Library$")" 2>/dev/null || true
     xdotool key --delay 120 "$@"
@@ -101,14 +95,20 @@ for extension in ase gpl; do
 done
 grep -q "Leaf" "$WORK/inspect-gpl.txt" || fail "the .gpl export lost the colour's name"
 
-# Undo, twice: the rename is taken back and saved; the second undo saves the state it puts back, which by
-# the undo history's own rule is that same state again.
+# A GIMP palette dragged from another program becomes a palette of its own.
+printf 'GIMP Palette\nName: Dropped\n#\n 12  34  56\tInk\n' >"$WORK/Dropped.gpl"
+drag_to_library "$WORK/Dropped.gpl"
+wait_for_library '[p["name"] for p in user["palettes"]][-1] == "Dropped" and user["palettes"][-1]["colors"][0]["hex"] == "0C2238"' \
+    || fail "the dropped GIMP palette is not saved"
+
+# Undo, twice: the drop is taken back and saved; the second undo saves the state it puts back, which by
+# the undo history's own rule (a restored state is recorded at the present place) is that same state again.
 library_keys ctrl+z
-wait_for_library 'user["palettes"][-1]["colors"][0]["name"] != "Leaf" and user["palettes"][-1]["name"] == "E2E Palette"' \
-    || fail "undo did not take the rename back"
+wait_for_library '"Dropped" not in [p["name"] for p in user["palettes"]] and user["palettes"][-1]["colors"][0]["name"] == "Leaf"' \
+    || fail "undo did not take the drop back"
 before=$(python3 -c 'import json,sys; print(json.load(open(sys.argv[1]))["updatedAt"])' "$USER_JSON")
 library_keys ctrl+z
-wait_for_library "user['updatedAt'] != '$before' and user['palettes'][-1]['colors'][0]['name'] != 'Leaf'" \
+wait_for_library "user['updatedAt'] != '$before' and 'Dropped' not in [p['name'] for p in user['palettes']]" \
     || fail "the second undo did not save the library it put back"
 
 stop_agent

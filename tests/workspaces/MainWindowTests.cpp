@@ -69,6 +69,10 @@ TEST_F(MainWindowTest, RenameUndoSortAndLockChangeTheLibraryAndItsFileAsTheirOpe
     EXPECT_EQ(palette->colors.size(), 5u);
     EXPECT_NE(palette->colors[0]->name, "Refused");
     EXPECT_EQ(shown.noticeText().toStdString(), LibraryActions::lockedReason(*palette));
+    // The rename action (F2) opens no editor on a locked palette, and says why.
+    shown.showNotice("Another notice");
+    shown.renameSelection();
+    EXPECT_EQ(shown.noticeText().toStdString(), LibraryActions::lockedReason(*palette));
 }
 
 TEST_F(MainWindowTest, TheViewsFollowChangesMadeElsewhereAndKeepTheSelection) {

@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QToolButton>
 
+#include "library/Sherlog.h"
+
 namespace kro {
 
 NoticeBar::NoticeBar(QWidget* parent) : QFrame(parent), label_(new QLabel(this)), close_(new QToolButton(this)) {
@@ -33,6 +35,8 @@ NoticeBar::NoticeBar(QWidget* parent) : QFrame(parent), label_(new QLabel(this))
 QString NoticeBar::text() const { return isHidden() ? QString() : label_->text(); }
 
 void NoticeBar::present(const QString& text, bool failure) {
+    // Logged too, so that what a window told its person can be read back afterwards.
+    SHERLOG("notice: " + text.toStdString(), SherlogLevel::info);
     failure_ = failure;
     label_->setText(text);
     label_->setAccessibleName(text);

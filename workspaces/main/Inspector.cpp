@@ -67,6 +67,8 @@ Inspector::Inspector(AppDelegate* delegate, LibraryActions& actions, QWidget* pa
     auto* scroll = new QScrollArea(this);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    // It takes the focus so the keys scroll it, so a screen reader names it when it does.
+    scroll->setAccessibleName("Color details");
     // The inspector grows downwards only: every line fits its width or wraps.
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     outer->addWidget(scroll);
@@ -129,6 +131,8 @@ Inspector::Inspector(AppDelegate* delegate, LibraryActions& actions, QWidget* pa
     formats_->setMinimumHeight(160);
     formats_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     formats_->setTextElideMode(Qt::ElideMiddle);
+    // Each row is a format's name over its text: alternate shading keeps the pairs together.
+    formats_->setAlternatingRowColors(true);
     connect(formats_, &QListWidget::itemActivated, this,
             [this](QListWidgetItem* item) { copyText(item->data(Qt::UserRole).toString().toStdString()); });
     connect(formats_, &QListWidget::itemClicked, this,

@@ -50,6 +50,8 @@ public:
     void toggleLock();
     void mergeInto(const PaletteRef& target);
     void moveSelectedColors(const PaletteRef& target);
+    // One place earlier (-1) or later (1) in the palette's own order.
+    void moveSelectedColorsBy(int step);
     void deleteDuplicates();
     void cleanHistory();
     void copySelection();
@@ -59,6 +61,10 @@ public:
     void exportPalette();
     void undo();
     void redo();
+
+    // The context menus of the sidebar and of the colours, as a right click shows them.
+    QMenu* paletteContextMenu();
+    QMenu* colorContextMenu();
 
     // The views, for tests and screenshots.
     QListView* sidebar() const { return sidebar_; }
@@ -76,8 +82,6 @@ protected:
 private:
     void buildViews();
     void buildMenus();
-    QMenu* paletteContextMenu();
-    QMenu* colorContextMenu();
     void paletteChanged();
     void colorSelectionChanged();
     void refreshActions();
@@ -101,10 +105,11 @@ private:
     QComboBox* sort_ = nullptr;
     QMenu* mergeMenu_ = nullptr;
     QMenu* moveMenu_ = nullptr;
+    QMenu* sortMenu_ = nullptr;
     // The actions whose state follows the selection.
     struct Actions {
-        QAction *undo, *redo, *copy, *rename, *remove, *duplicate, *lock, *deleteDuplicates, *cleanHistory,
-            *exportPalette, *grid, *list;
+        QAction *newPalette, *import, *undo, *redo, *copy, *rename, *remove, *find, *duplicate, *lock, *earlier,
+            *later, *deleteDuplicates, *cleanHistory, *exportPalette, *grid, *list, *pick;
         std::vector<QAction*> sorts;
     };
     std::unique_ptr<Actions> a_;

@@ -33,13 +33,20 @@ QAction* add(QMenu* menu, const QString& text, const QKeySequence& keys, const s
 
 QString paletteName(const Palette& palette) { return QString::fromStdString(palette.name.value_or("Palette")); }
 
+// A submenu opened from the keyboard: at the view's current item, as a right click there would.
+void popUpAt(QMenu* menu, QAbstractItemView* view) {
+    const QRect item = view->visualRect(view->currentIndex());
+    const QPoint at = item.isValid() ? item.center() : QPoint(8, 8);
+    menu->popup(view->viewport()->mapToGlobal(at));
+}
+
 }  // namespace
 
 void MainWindow::buildMenus() {
     a_ = std::make_unique<Actions>();
     auto* file = menuBar()->addMenu("&File");
-    add(file, "&New Palette", QKeySequence::New, [this] { newPalette(); });
-    add(file, "&Import…", QKeySequence::Open, [this] { importFiles(); });
+    a_->newPalette = add(file, "&New Palette", QKeySequence::New, [this] { newPalette(); });
+    a_->import = add(file, "&Import…", QKeySequence::Open, [this] { importFiles(); });
     a_->exportPalette = add(file, "&Export Palette…", QKeySequence("Ctrl+E"), [this] { exportPalette(); });
     file->addSeparator();
     add(file, "&Close Window", QKeySequence::Close, [this] { close(); });
@@ -55,7 +62,7 @@ void MainWindow::buildMenus() {
         colors_->setFocus();
         colors_->selectAll();
     });
-    add(edit, "&Find", QKeySequence::Find, [this] {
+    a_->find = add(edit, "&Find", QKeySequence::Find, [this] {
         search_->setFocus();
         search_->selectAll();
     });
@@ -68,6 +75,8 @@ void MainWindow::buildMenus() {
     mergeMenu_ = palette->addMenu("&Merge Into");
     moveMenu_ = new QMenu("&Move Colors To", this);
     palette->addMenu(moveMenu_);
+    a_->earlier = add(palette, "Move Color &Earlier", QKeySequence("Alt+Up"), [this] { moveSelectedColorsBy(-1); });
+    a_->later = add(palette, "Move Color La&ter", QKeySequence("Alt+Down"), [this] { moveSelectedColorsBy(1); });
     a_->deleteDuplicates = add(palette, "Delete Duplicate &Colors", {}, [this] { deleteDuplicates(); });
     a_->cleanHistory = add(palette, "Clear &History", {}, [this] { cleanHistory(); });
     // The other palettes, listed when the menus open.
@@ -106,9 +115,23 @@ void MainWindow::buildMenus() {
     }
 
     auto* color = menuBar()->addMenu("&Color");
-    add(color, "&Pick into Inspector", QKeySequence("Ctrl+Shift+I"), [this] {
+    a_->pick = add(color, "&Pick into Inspector", QKeySequence("Ctrl+Shift+I"), [this] {
         if (delegate_) delegate_->openPicker(PickerSource::inspector);
     });
+
+    // The submenus have no shortcut of their own: these open them where the keyboard is.
+    sortMenu_ = sortMenu;
+    const std::pair<QMenu*, const char*> submenuKeys[] = {
+        {mergeMenu_, "Ctrl+Shift+M"}, {moveMenu_, "Ctrl+M"}, {sortMenu_, "Ctrl+Shift+S"}};
+    for (const auto& [submenu, keys] : submenuKeys) {
+        auto* open = new QAction(submenu->title(), this);
+        open->setShortcut(QKeySequence(keys));
+        addAction(open);
+        connect(open, &QAction::triggered, this, [this, submenu = submenu] {
+            // Disabled, as in the menu bar, when it has nothing to offer here.
+            if (submenu->isEnabled()) popUpAt(submenu, submenu == mergeMenu_ ? sidebar_ : colors_);
+        });
+    }
 
     refreshActions();
 }
@@ -116,6 +139,12 @@ void MainWindow::buildMenus() {
 QMenu* MainWindow::paletteContextMenu() {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(a_->undo);
+    menu->addAction(a_->redo);
+    menu->addSeparator();
+    menu->addAction(a_->newPalette);
+    menu->addAction(a_->import);
+    menu->addSeparator();
     menu->addAction(a_->rename);
     menu->addAction(a_->duplicate);
     menu->addAction(a_->lock);
@@ -134,9 +163,18 @@ QMenu* MainWindow::paletteContextMenu() {
 QMenu* MainWindow::colorContextMenu() {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(a_->undo);
+    menu->addAction(a_->redo);
+    menu->addSeparator();
     menu->addAction(a_->copy);
     menu->addAction(a_->rename);
+    menu->addAction(a_->earlier);
+    menu->addAction(a_->later);
     menu->addMenu(moveMenu_);
+    menu->addMenu(sortMenu_);
+    menu->addSeparator();
+    menu->addAction(a_->find);
+    menu->addAction(a_->pick);
     menu->addSeparator();
     menu->addAction(a_->remove);
     return menu;
@@ -160,6 +198,9 @@ void MainWindow::refreshActions() {
     a_->cleanHistory->setEnabled(editable && !palette->colors.empty());
     a_->exportPalette->setEnabled(palette != nullptr);
     moveMenu_->setEnabled(colors && editable);
+    const bool reorderable = colors && editable && colorModel_.showsPaletteOrder();
+    a_->earlier->setEnabled(reorderable);
+    a_->later->setEnabled(reorderable);
     mergeMenu_->setEnabled(palette && !palette->isHistory && !palette->lock);
     const bool list = Settings::shared().listView();
     a_->grid->setChecked(!list);
@@ -182,6 +223,10 @@ void MainWindow::newPalette() {
 }
 
 void MainWindow::renameSelection() {
+    // A locked palette's names are not editable: say why rather than do nothing.
+    if (const auto palette = currentPalette(); palette && palette->lock) {
+        return actions_.notice(LibraryActions::lockedReason(*palette));
+    }
     // The colour when the colours have focus and one is chosen; otherwise the palette.
     if (colors_->hasFocus() && colors_->currentIndex().isValid()) return colors_->edit(colors_->currentIndex());
     sidebar_->setFocus();
@@ -257,6 +302,21 @@ void MainWindow::moveSelectedColors(const PaletteRef& target) {
     if (!actions_.edit(*target, [&] { return User::shared()->moveColors(palette, colors, target, 0); })) {
         if (!target->lock) showNotice("\u201C" + target->name.value_or("Palette") + "\u201D already holds these colors");
     }
+}
+
+void MainWindow::moveSelectedColorsBy(int step) {
+    const auto palette = currentPalette();
+    const auto colors = selectedColors();
+    if (!palette || colors.empty()) return;
+    // Under a sort or a search the rows are not the palette's order, so a step among them means no place.
+    if (!colorModel_.showsPaletteOrder()) return showNotice("Show the palette in your order to rearrange it");
+    const size_t first = colorModel_.paletteIndex(colorModel_.row(colors.front()->uuid));
+    const size_t last = colorModel_.paletteIndex(colorModel_.row(colors.back()->uuid));
+    // The place before which the colours go, in the palette's list as it stands before the move.
+    if (step < 0 && first == 0) return;
+    if (step > 0 && last + 1 >= palette->colors.size()) return;
+    const size_t before = step < 0 ? first - 1 : last + 2;
+    actions_.edit(*palette, [&] { return User::shared()->moveColors(palette, colors, palette, before); });
 }
 
 void MainWindow::deleteDuplicates() {
