@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QSpinBox>
 #include <QTableWidget>
@@ -118,6 +119,7 @@ TEST_F(PreferencesPaneTest, TheWindowOpensThePaneTheSettingsCommandNames) {
     EXPECT_EQ(window.paneNumber(), formats->number);
     EXPECT_EQ(window.windowTitle(), "Formats — Kro Preferences");
     EXPECT_TRUE(window.pane(formats->number)->isAncestorOf(window.formats()));
+    EXPECT_EQ(window.focusWidget(), window.formats()->list()) << "the keyboard starts in the pane opened";
     window.showPane(42);
     EXPECT_EQ(window.paneNumber(), formats->number) << "an unknown pane leaves the window where it was";
 }
