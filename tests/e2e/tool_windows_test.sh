@@ -48,6 +48,19 @@ for pane in general appearance shortcuts dock snapshots about; do
     shot "preferences-$pane" '— Kro Preferences$'
 done
 
+# The colour panel opens ready for a hex value; "use" delivers the colour, to the clipboard when no
+# application takes it.
+"$KRO" open 'kro://colorpanel'
+wait_visible '^Kro Color Panel$' || fail "kro://colorpanel did not open the colour panel"
+panel=$(visible '^Kro Color Panel$')
+xdotool windowfocus --sync "$panel"
+sleep 0.3
+for key in ctrl+a 3 a 7 b d 5 Return alt+u; do xdotool key "$key"; sleep 0.15; done
+for _ in $(seq 30); do [[ $(clipboard) == "#3A7BD5" ]] && break; sleep 0.2; done
+[[ $(clipboard) == "#3A7BD5" ]] || fail "the colour panel's use action put '$(clipboard)' on the clipboard"
+shot colorpanel '^Kro Color Panel$'
+xdotool key Escape
+
 # A palette made from the command line shows in the dock; its swatch copies the colour.
 "$KRO" open 'kro://palette/hex/C02040,20C040/Dock%20Test'
 wait_for_library '[p["name"] for p in user["palettes"]][-1] == "Dock Test"' || fail "the palette was not made"
