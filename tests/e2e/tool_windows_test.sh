@@ -75,5 +75,40 @@ xdotool mousemove $((X + WIDTH - 17 * scale)) $((Y + 33 * scale)) click 1
 for _ in $(seq 30); do [[ $(clipboard) == *C02040* ]] && break; sleep 0.2; done
 [[ $(clipboard) == *C02040* ]] || fail "a click on the dock's swatch did not copy it: '$(clipboard)'"
 
+# Without a compositing manager the dock is opaque and square: the pixel by its corner is its edge, like the
+# middle of its left side. Under one it is shown again translucent, and the desktop shows at its rounded corners.
+pixel() {
+    python3 - "$1" "$2" <<'PY'
+import ctypes, sys
+x11 = ctypes.CDLL("libX11.so.6")
+x11.XOpenDisplay.restype = x11.XGetImage.restype = ctypes.c_void_p
+x11.XDefaultRootWindow.restype = x11.XGetPixel.restype = ctypes.c_ulong
+x11.XDefaultRootWindow.argtypes = [ctypes.c_void_p]
+x11.XGetImage.argtypes = [ctypes.c_void_p, ctypes.c_ulong] + [ctypes.c_int] * 2 + [ctypes.c_uint] * 2 + [ctypes.c_ulong, ctypes.c_int]
+x11.XGetPixel.argtypes = [ctypes.c_void_p, ctypes.c_int, ctypes.c_int]
+display = x11.XOpenDisplay(None)
+image = x11.XGetImage(display, x11.XDefaultRootWindow(display), int(sys.argv[1]), int(sys.argv[2]), 1, 1, 0xFFFFFFFF, 2)
+print("%06X" % (x11.XGetPixel(image, 0, 0) & 0xFFFFFF))
+PY
+}
+toggle_dock() { xdotool key ctrl+alt+shift+d; sleep 0.5; xdotool key ctrl+alt+shift+d; }
+toggle_dock
+wait_visible '^Kro Color Dock$' || fail "the dock did not come back"
+sleep 1
+eval "$(xdotool getwindowgeometry --shell "$(visible '^Kro Color Dock$')")"
+[[ $(pixel "$X" $((Y + 1))) == "$(pixel "$X" $((Y + HEIGHT / 2)))" ]] ||
+    fail "without a compositor the dock's corner is $(pixel "$X" $((Y + 1))), its edge $(pixel "$X" $((Y + HEIGHT / 2)))"
+xcompmgr -n >"$WORK/xcompmgr.log" 2>&1 &
+PIDS+=($!)
+sleep 1
+toggle_dock
+wait_visible '^Kro Color Dock$' || fail "the dock did not come back under the compositor"
+sleep 1
+shot dock-composited '^Kro Color Dock$'
+eval "$(xdotool getwindowgeometry --shell "$(visible '^Kro Color Dock$')")"
+for _ in $(seq 30); do [[ $(pixel "$X" $((Y + 1))) == "$(pixel $((X - 3)) $((Y + 1)))" ]] && break; sleep 0.1; done
+[[ $(pixel "$X" $((Y + 1))) == "$(pixel $((X - 3)) $((Y + 1)))" ]] ||
+    fail "under a compositor the dock's corner is $(pixel "$X" $((Y + 1))), not the desktop's $(pixel $((X - 3)) $((Y + 1)))"
+
 stop_agent
 echo "tool windows test passed"
