@@ -4,6 +4,7 @@
 // nothing; the right password keeps the account and its password, and signing out takes both away.
 #include <QComboBox>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTreeWidget>
 #include <condition_variable>
 #include <cstdlib>
@@ -47,6 +48,13 @@ protected:
 TEST_F(SnapshotsPaneTest, TakesRestoresAndDeletesSnapshotsAndFollowsOnesMadeElsewhere) {
     SnapshotsPane pane;
     EXPECT_EQ(pane.list()->topLevelItemCount(), 0);
+    const auto button = [&pane](const char* text) {
+        for (auto* found : pane.findChildren<QPushButton*>()) {
+            if (found->text().startsWith(text)) return found;
+        }
+        return static_cast<QPushButton*>(nullptr);
+    };
+    EXPECT_FALSE(button("Restore")->isEnabled()) << "nothing to restore before a snapshot is chosen";
 
     pane.takeSnapshot();
     ASSERT_EQ(Snapshots::shared().snapshots.size(), 1u);
@@ -64,6 +72,8 @@ TEST_F(SnapshotsPaneTest, TakesRestoresAndDeletesSnapshotsAndFollowsOnesMadeElse
 
     // The older one restored: the palette added since goes.
     pane.list()->setCurrentItem(pane.list()->topLevelItem(1));
+    EXPECT_TRUE(button("Restore")->isEnabled());
+    EXPECT_TRUE(button("Delete")->isEnabled());
     pane.restoreSelected();
     settle();
     EXPECT_EQ(user().palettes.size(), palettesThen);
