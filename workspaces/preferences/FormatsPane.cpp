@@ -245,6 +245,8 @@ void FormatsPane::showFormat() {
     {
         const QSignalBlocker holdNotes(notes_);
         notes_->setText(item ? QString::fromStdString(item->notes) : QString());
+        // A long note shows its beginning, not its end.
+        notes_->setCursorPosition(0);
         notes_->setReadOnly(!editable);
     }
     const int row = list_->currentRow();
