@@ -93,14 +93,16 @@ for _ in $(seq 30); do [[ -z $(visible '^Kro Color Dock$') ]] && break; sleep 0.
 wait_visible '^4\.48 AA Large — Kro Contrast Checker$' || fail "the checker does not show 4.48 AA Large: $(xdotool search --name 'Contrast' getwindowname 2>/dev/null)"
 shot contrast 'Kro Contrast Checker$'
 if [[ -n ${KRO_E2E_SHOTS:-} ]]; then
-    # For the pictures: a pair that passes every level, one that fails them all, and the preview as a
-    # person with deuteranopia sees it (Alt+W goes to the vision menu); then normal vision again.
+    # For the pictures: a pair that passes every level, one that fails them all, and a red and green pair
+    # as a person with deuteranopia sees it (Alt+W goes to the vision menu); then normal vision again.
     "$KRO" open 'kro://contrast/hex/000000,FFFFFF'
     wait_visible '^21[.0]* AAA' || fail "black on white does not show 21 AAA"
     shot contrast-pass 'Kro Contrast Checker$'
     "$KRO" open 'kro://contrast/hex/AAAAAA,FFFFFF'
     wait_visible '^2\.32 ' || fail "#AAAAAA on white does not show 2.32"
     shot contrast-fail 'Kro Contrast Checker$'
+    "$KRO" open 'kro://contrast/hex/C02040,20C040'
+    wait_visible '^2\.46 ' || fail "red on green does not show 2.46"
     xdotool windowfocus --sync "$(visible 'Kro Contrast Checker$')"
     for key in alt+w Down; do xdotool key "$key"; sleep 0.2; done
     shot contrast-deuteranopia 'Kro Contrast Checker$'
