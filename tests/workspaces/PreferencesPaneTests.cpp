@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -193,18 +194,26 @@ TEST_F(PreferencesPaneTest, SmartFormatAndProfileEditorsWriteTheirListsAndFollow
     }
 }
 
-// The about pane names the folders Kro keeps its files in, and its button shows the tour again.
+// The about pane links the folders Kro keeps its files in, and its button shows the tour again.
 TEST_F(PreferencesPaneTest, AboutPaneShowsTheFoldersAndTheTourAgain) {
     delegate->onboardingWindowController = std::make_unique<OnboardingWindowController>(delegate.get());
     std::unique_ptr<QWidget> about(makeAboutPane(delegate.get(), nullptr));
-    QStringList shown;
+    QStringList links;
+    for (auto* label : about->findChildren<QLabel*>()) {
+        if (!label->text().contains("<a href")) continue;
+        EXPECT_FALSE(label->accessibleName().isEmpty()) << label->text().toStdString();
+        EXPECT_TRUE(label->textInteractionFlags() & Qt::LinksAccessibleByKeyboard);
+        links << label->text();
+    }
+    const auto linked = [&links](const std::string& folder) {
+        return links.filter("file://" + QString::fromStdString(folder) + "\">").size() == 1;
+    };
+    EXPECT_TRUE(linked(environment.paths.dataHome + "/kroapp.Kro"));
+    EXPECT_TRUE(linked(environment.paths.configHome + "/kroapp.Kro"));
     QPushButton* tour = nullptr;
     for (auto* button : about->findChildren<QPushButton*>()) {
-        EXPECT_FALSE(button->accessibleName().isEmpty()) << button->text().toStdString();
-        if (button->text().contains("Tour")) tour = button; else shown << button->text();
+        if (button->text().contains("Tour")) tour = button;
     }
-    EXPECT_TRUE(shown.contains(QString::fromStdString(environment.paths.dataHome + "/kroapp.Kro")));
-    EXPECT_TRUE(shown.contains(QString::fromStdString(environment.paths.configHome + "/kroapp.Kro")));
     ASSERT_NE(tour, nullptr);
     EXPECT_FALSE(delegate->onboardingWindowController->isVisible());
     tour->click();
