@@ -6,11 +6,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
-#include <condition_variable>
 #include <cstdlib>
-#include <deque>
 #include <filesystem>
-#include <mutex>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -21,6 +18,7 @@
 #include "cloud/CloudSync.h"
 #include "cloud/Snapshots.h"
 #include "library/Notifications.h"
+#include "tests/support/ThreadedQueue.h"
 #include "workspaces/preferences/SnapshotsPane.h"
 
 namespace kro::testing {
@@ -94,35 +92,6 @@ TEST_F(SnapshotsPaneTest, RefreshMenuWritesThePreferenceAndFollowsIt) {
     Preferences::shared().setSnapshotsRefresh(SnapshotRefresh::never);
     EXPECT_EQ(refresh->currentIndex(), int(SnapshotRefresh::never));
 }
-
-// The main queue of the sign-in tests: the server's answer arrives from the request's own thread, and the
-// test runs posted work while it waits.
-class ThreadedQueue final : public MainQueue, public BackgroundQueue {
-public:
-    void post(Task task, Seconds) override {
-        const std::lock_guard lock(mutex_);
-        tasks_.push_back(std::move(task));
-        wake_.notify_all();
-    }
-    std::unique_ptr<Timer> scheduleRepeating(Seconds, Task) override { return nullptr; }
-    bool runUntil(const std::function<bool()>& done, std::chrono::milliseconds limit = 30s) {
-        const auto end = std::chrono::steady_clock::now() + limit;
-        while (!done()) {
-            std::unique_lock lock(mutex_);
-            if (!wake_.wait_until(lock, end, [this] { return !tasks_.empty(); })) return false;
-            auto task = std::move(tasks_.front());
-            tasks_.pop_front();
-            lock.unlock();
-            task();
-        }
-        return true;
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    std::deque<Task> tasks_;
-};
 
 // A loopback port nothing listens on.
 int closedPort() {
