@@ -23,42 +23,12 @@
 #include "platform/testing/MemoryDefaults.h"
 #include "platform/testing/MemoryFiles.h"
 #include "tests/support/MemorySecretStore.h"
+#include "tests/support/ThreadedQueue.h"
 
 namespace kro {
 namespace {
 
 using namespace std::chrono_literals;
-
-// The main queue of these tests: completions arrive from the database's thread, and the test thread runs
-// them while it waits.
-class ThreadedQueue final : public MainQueue, public BackgroundQueue {
-public:
-    void post(Task task, Seconds) override {
-        std::lock_guard lock(mutex_);
-        tasks_.push_back(std::move(task));
-        wake_.notify_all();
-    }
-    std::unique_ptr<Timer> scheduleRepeating(Seconds, Task) override { return nullptr; }
-
-    // Runs posted work until `done` holds; false when it did not within the time.
-    bool runUntil(const std::function<bool()>& done, std::chrono::milliseconds limit = 10s) {
-        const auto end = std::chrono::steady_clock::now() + limit;
-        while (!done()) {
-            std::unique_lock lock(mutex_);
-            if (!wake_.wait_until(lock, end, [this] { return !tasks_.empty(); })) return false;
-            auto task = std::move(tasks_.front());
-            tasks_.pop_front();
-            lock.unlock();
-            task();
-        }
-        return true;
-    }
-
-private:
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    std::deque<Task> tasks_;
-};
 
 // One machine: its own library folder and defaults.
 struct Machine {
@@ -142,7 +112,7 @@ protected:
     }
 
     testing::ManualClock clock;
-    ThreadedQueue queue;
+    testing::ThreadedQueue queue;
     NotificationCenter notifications;
     std::unique_ptr<testing::ApacheDav> server;
     std::vector<std::shared_ptr<WebDavDatabase>> databases;

@@ -112,7 +112,7 @@ ColorPanelWindow::ColorPanelWindow(AppDelegate* delegate, QWidget* parent)
     layout->addLayout(grid);
 
     auto* actions = new QHBoxLayout();
-    auto* pick = new QPushButton("Pick", this);
+    auto* pick = new QPushButton("&Pick", this);
     pick->setAccessibleName("Pick a color from the screen");
     connect(pick, &QPushButton::clicked, this, [this] {
         if (delegate_) delegate_->openPicker(PickerSource::colorpanel);
@@ -120,10 +120,10 @@ ColorPanelWindow::ColorPanelWindow(AppDelegate* delegate, QWidget* parent)
     auto* copy = new QPushButton("Copy", this);
     copy->setAccessibleName("Copy the color in the panel's format");
     connect(copy, &QPushButton::clicked, this, [this] { copyText(); });
-    auto* primary = new QPushButton("Use as Primary", this);
+    auto* primary = new QPushButton("&Use as Primary", this);
     primary->setAccessibleName("Use the color as the primary color");
     connect(primary, &QPushButton::clicked, this, [this] { use(true); });
-    auto* secondary = new QPushButton("Use as Secondary", this);
+    auto* secondary = new QPushButton("Use as &Secondary", this);
     secondary->setAccessibleName("Use the color as the secondary color");
     connect(secondary, &QPushButton::clicked, this, [this] { use(false); });
     actions->addWidget(pick);
@@ -136,6 +136,8 @@ ColorPanelWindow::ColorPanelWindow(AppDelegate* delegate, QWidget* parent)
     observers_.on({Notifications::colorFormatUpdated, Notifications::settingsUpdated}, [this] { refresh(); });
     if (delegate_ && delegate_->clipboardColor) color_ = *delegate_->clipboardColor;
     refresh();
+    // The panel opens ready for a hex value to be typed; the buttons answer Alt and their underlined letter.
+    hex_->setFocus(Qt::OtherFocusReason);
 }
 
 void ColorPanelWindow::setColor(const ColorValue& color) {

@@ -102,7 +102,7 @@ ContrastWindow::ContrastWindow(AppDelegate* delegate, QWidget* parent)
     layout->addWidget(preview_, 1);
 
     auto* bottom = new QHBoxLayout();
-    auto* visionLabel = new QLabel("Preview as seen with:", this);
+    auto* visionLabel = new QLabel("Preview as seen &with:", this);
     for (auto blindness : kAllColorBlindness) {
         vision_->addItem(blindness == ColorBlindness::normal ? "Normal vision" : QString::fromStdString(text(blindness)));
     }

@@ -17,6 +17,7 @@
 #include "library/User.h"
 #include "workspaces/common/Swatch.h"
 #include "workspaces/common/WorkspaceSticky.h"
+#include "workspaces/dock/Compositing.h"
 
 namespace kro {
 namespace {
@@ -129,7 +130,18 @@ void DockWindow::place() {
     move(at);
 }
 
+void DockWindow::matchCompositing() {
+    // Rounded corners need transparent pixels around them, which only a compositing desktop shows; without
+    // one they would come out black, so the strip is square and opaque. A translucent window needs a visual
+    // with alpha, chosen when its native window is made: a change makes that window again.
+    const bool composited = desktopComposites();
+    if (composited == testAttribute(Qt::WA_TranslucentBackground)) return;
+    if (testAttribute(Qt::WA_WState_Created)) destroy();
+    setAttribute(Qt::WA_TranslucentBackground, composited);
+}
+
 void DockWindow::present() {
+    if (!isVisible()) matchCompositing();
     relayout();
     place();
     if (!isVisible()) {
@@ -144,7 +156,8 @@ void DockWindow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QPainterPath frame;
-    frame.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
+    const qreal radius = testAttribute(Qt::WA_TranslucentBackground) ? 8 : 0;
+    frame.addRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
     painter.fillPath(frame, palette().color(QPalette::Window));
     QColor edge = palette().color(QPalette::WindowText);
     edge.setAlphaF(0.3f);

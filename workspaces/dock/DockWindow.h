@@ -51,6 +51,8 @@ private:
     };
     void relayout();
     void place();
+    // Translucent with rounded corners where the desktop composites, else opaque and square.
+    void matchCompositing();
 
     AppDelegate* delegate_;
     std::vector<Row> rows_;

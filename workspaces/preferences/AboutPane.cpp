@@ -31,12 +31,14 @@ QWidget* makeAboutPane(AppDelegate* delegate, QWidget* parent) {
     auto* form = new QFormLayout();
     const auto& paths = env().paths;
     auto folderRow = [&](const QString& label, const std::string& path) {
-        auto* open = new QPushButton(QString::fromStdString(path), pane);
+        // A link (drawn in the theme's link colour, reached by Tab) that opens the folder.
+        const QString folder = QString::fromStdString(path);
+        auto* open = new QLabel("<a href=\"" + QUrl::fromLocalFile(folder).toString().toHtmlEscaped() + "\">" +
+                                    folder.toHtmlEscaped() + "</a>",
+                                pane);
+        open->setTextInteractionFlags(Qt::TextBrowserInteraction);
         open->setAccessibleName("Open the folder " + label.toLower());
-        open->setFlat(true);
-        open->setCursor(Qt::PointingHandCursor);
-        QObject::connect(open, &QPushButton::clicked, pane,
-                         [path] { QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(path))); });
+        QObject::connect(open, &QLabel::linkActivated, pane, [](const QString& url) { QDesktopServices::openUrl(QUrl(url)); });
         form->addRow(label + ":", open);
     };
     folderRow("Library", paths.dataHome + "/kroapp.Kro");

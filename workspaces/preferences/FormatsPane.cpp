@@ -182,6 +182,11 @@ FormatsPane::FormatsPane(QWidget* parent)
     form->addRow("Preview:", preview_);
     layout->addLayout(form, 1);
 
+    // Tab walks the list and what is done to it, then the format in hand from its name down.
+    QWidget* order[] = {list_, add, delete_, duplicate_, up_, down_, sort_, use_, name_, editors_[0], editors_[1],
+                        editors_[2], options_[0], options_[1], options_[2], notes_, preview_};
+    for (size_t i = 1; i < std::size(order); ++i) setTabOrder(order[i - 1], order[i]);
+
     observers_.on({Notifications::colorFormatUpdated}, [this] {
         refreshList();
         showFormat();
@@ -240,6 +245,8 @@ void FormatsPane::showFormat() {
     {
         const QSignalBlocker holdNotes(notes_);
         notes_->setText(item ? QString::fromStdString(item->notes) : QString());
+        // A long note shows its beginning, not its end.
+        notes_->setCursorPosition(0);
         notes_->setReadOnly(!editable);
     }
     const int row = list_->currentRow();

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStackedWidget>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -28,6 +29,16 @@ struct PaneEntry {
 };
 constexpr PaneEntry kPanes[] = {{0, "General"}, {1, "Appearance"}, {2, "Formats"}, {6, "Shortcuts"},
                                 {5, "Dock"},    {8, "Snapshots"},  {9, "About"}};
+
+// The first control of a pane a person can type into or press, in the order Tab takes; a row of tabs is
+// passed over, as it switches between parts of the pane rather than changing anything.
+QWidget* firstControl(QWidget* page) {
+    for (QWidget* widget = page->nextInFocusChain(); widget && widget != page; widget = widget->nextInFocusChain()) {
+        if (!page->isAncestorOf(widget) || qobject_cast<QTabBar*>(widget)) continue;
+        if ((widget->focusPolicy() & Qt::TabFocus) && widget->isEnabled() && widget->isVisibleTo(page)) return widget;
+    }
+    return nullptr;
+}
 
 int indexOf(int number) {
     for (int index = 0; index < int(std::size(kPanes)); ++index) {
@@ -51,6 +62,9 @@ QWidget* paneWithTitle(const QString& title, QWidget* content, QWidget* parent) 
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    // Tab goes straight to the pane's controls: the scroll area itself is no stop (it still scrolls a focused
+    // control into view).
+    scroll->setFocusPolicy(Qt::NoFocus);
     layout->addWidget(scroll, 1);
     page->setAccessibleName(title + " preferences");
     return page;
@@ -107,7 +121,10 @@ PreferencesWindow::PreferencesWindow(AppDelegate* delegate, QWidget* parent)
 
 void PreferencesWindow::showPane(int number) {
     const int index = indexOf(number);
-    if (index >= 0) sidebar_->setCurrentRow(index);
+    if (index < 0) return;
+    sidebar_->setCurrentRow(index);
+    // Opened at a pane, the keyboard starts in it.
+    if (auto* first = firstControl(stack_->widget(index))) first->setFocus(Qt::OtherFocusReason);
 }
 
 int PreferencesWindow::paneNumber() const {

@@ -177,7 +177,7 @@ void ShortcutsPane::recordPress(const QKeyEvent& event) {
     refresh();
 }
 
-QString ShortcutsPane::refusal() const { return message_->isVisible() ? message_->text() : QString(); }
+QString ShortcutsPane::refusal() const { return message_->isVisibleTo(this) ? message_->text() : QString(); }
 
 void ShortcutsPane::showRefusal(const QString& title, const QString& reason) {
     message_->setText("<b>" + title.toHtmlEscaped() + "</b><br>" + reason.toHtmlEscaped());

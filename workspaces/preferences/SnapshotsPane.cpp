@@ -90,6 +90,13 @@ SnapshotsPane::SnapshotsPane(QWidget* parent)
     buttons->addStretch(1);
     buttons->addWidget(restore);
     buttons->addWidget(remove);
+    // Restore and Delete act on the snapshot in hand: without one they are greyed.
+    const auto followSelection = [this, restore, remove] {
+        restore->setEnabled(list_->currentItem() != nullptr);
+        remove->setEnabled(list_->currentItem() != nullptr);
+    };
+    connect(list_, &QTreeWidget::currentItemChanged, this, followSelection);
+    followSelection();
     snapshotLayout->addLayout(buttons);
     layout->addWidget(snapshots, 1);
 
