@@ -8,57 +8,15 @@
 KRO=${1:?usage: $0 KRO COLOUR_CLIENT}
 source "$(dirname "$0")/session.sh" "${2:?usage: $0 KRO COLOUR_CLIENT}"
 
-USER_JSON=$XDG_DATA_HOME/kroapp.Kro/v5/user.json
-AGENT_PID=""
-agent_runs=0
-
-start_agent() {
-    agent_runs=$((agent_runs + 1))
-    KRO_TEST_CAPTURE_ROUTE=$1 "$KRO" >"$WORK/agent-$agent_runs.log" 2>&1 &
-    AGENT_PID=$!
-    PIDS+=($AGENT_PID)
-    for _ in $(seq 300); do
-        [[ -S $XDG_RUNTIME_DIR/kroapp.Kro.socket ]] && grep -q "Kro is running" "$WORK/agent-$agent_runs.log" && return 0
-        kill -0 "$AGENT_PID" 2>/dev/null || fail "the agent exited at start: $(tail -5 "$WORK/agent-$agent_runs.log")"
-        sleep 0.1
-    done
-    fail "the agent did not start"
-}
-
-stop_agent() {
-    kill -TERM "$AGENT_PID"
-    for _ in $(seq 100); do kill -0 "$AGENT_PID" 2>/dev/null || break; sleep 0.1; done
-    kill -0 "$AGENT_PID" 2>/dev/null && fail "the agent did not stop on SIGTERM"
-    AGENT_PID=""
-}
-
-agent_log() { cat "$WORK/agent-$agent_runs.log"; }
-
-history_first() {
-    "$PYTHON" -c 'import json, sys; print(json.load(open(sys.argv[1]))["history"]["colors"][0]["hex"])' "$USER_JSON" 2>/dev/null
-}
-
-loupe_on_screen() { window_shown kroapp.Kro; }
+source "$(dirname "$0")/agent.sh"
 
 # Opens the picker with the pointer elsewhere, moves onto the point and clicks: the history's first colour must
 # be `expected`, the pixel the compositor showed there before the picker opened.
 pick_at() {
-    local x=$1 y=$2 expected=$3
-    pointer_to $((x > 640 ? x - 150 : x + 150)) $((y > 400 ? y - 100 : y + 100))
+    pointer_away_from "$1" "$2"
     "$KRO" open kro://picker || fail "kro open kro://picker failed"
-    for _ in $(seq 100); do loupe_on_screen && break; sleep 0.1; done
-    loupe_on_screen || fail "the loupe did not appear for ($x, $y): $(agent_log | grep -E 'Picker|🔴' | tail -3)"
-    # The click picks what the lens last sampled: it comes once the loupe has seen the pointer arrive.
-    sleep 0.3
-    pointer_to $((x + 5)) "$y"
-    pointer_to "$x" "$y"
-    sleep 0.5
-    click
-    for _ in $(seq 100); do [[ $(history_first) == "$expected" ]] && break; sleep 0.1; done
-    [[ $(history_first) == "$expected" ]] || fail "the pick at ($x, $y) gave '$(history_first)', the screen shows $expected"
-    for _ in $(seq 50); do loupe_on_screen || break; sleep 0.1; done
-    loupe_on_screen && fail "the loupe stayed on screen after the pick"
-    echo "  ($x, $y): $expected"
+    click_pick "$@"
+    echo "  ($1, $2): $3"
 }
 
 read -r nx ny nw nh < <(window_rect kro-native)
