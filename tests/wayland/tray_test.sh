@@ -2,7 +2,8 @@
 # The tray on a wlroots desktop: waybar, with only its tray module, is the StatusNotifierItem host of a headless
 # Sway session. The agent's item must be registered with the bar's watcher; activating it, as the bar does on a
 # click, must open and then close the menu window; its context menu must offer the agent's actions, and its
-# "Pick Color" must open the picker; after the pick the bar's icon shows the picked colour.
+# "Pick Color" must open the picker; after the pick the bar's icon shows the picked colour, and the message
+# saying so is not a window of its own.
 # With KRO_E2E_SHOTS set to a folder, the bar is saved there as wayland-tray-bar.png.
 # Usage: tray_test.sh KRO COLOUR_CLIENT
 KRO=${1:?usage: $0 KRO COLOUR_CLIENT}
@@ -99,6 +100,9 @@ for _ in $(seq 50); do (($(bar_pixels_of FF0000) >= 20)) && break; sleep 0.1; do
 red=$(bar_pixels_of FF0000)
 ((red >= 20)) || fail "the bar's icon does not show the picked red ($red red pixels)"
 echo "menu's Pick Color: picked FF0000, the icon shows it ($red pixels)"
+# The message after a pick is a brief notification here: a message window would be tiled among the windows.
+agent_log | grep -q "tooltip: #FF0000" || fail "no message was given after the pick"
+window_rect "Kro Message" >/dev/null && fail "the message after the pick came as a window among the person's"
 if [[ -n ${KRO_E2E_SHOTS:-} ]]; then
     mkdir -p "$KRO_E2E_SHOTS"
     grim -g "0,0 1280x$BAR_HEIGHT" "$KRO_E2E_SHOTS/wayland-tray-bar.png"
