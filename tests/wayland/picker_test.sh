@@ -3,7 +3,7 @@
 # and the desktop portal's screenshot. For each, picks on the native Wayland window and on the X11 one, each
 # at both sides of a colour edge, must give exactly the pixel the compositor shows under the pointer, and land
 # in the saved history. Then the faults: a portal that is gone ends the session with one line, and no loupe
-# is left on the screen.
+# is left on the screen; a compositor that dies under an open loupe ends the agent with the library whole.
 # Usage: picker_test.sh KRO COLOUR_CLIENT
 KRO=${1:?usage: $0 KRO COLOUR_CLIENT}
 source "$(dirname "$0")/session.sh" "${2:?usage: $0 KRO COLOUR_CLIENT}"
@@ -57,4 +57,18 @@ sleep 0.5
 loupe_on_screen && fail "a loupe was left on screen after the portal failed"
 kill -0 "$AGENT_PID" 2>/dev/null || fail "the agent ended with the portal"
 stop_agent
+
+# The compositor dies with the loupe open: Qt ends the agent, and the saved library is whole, picks and all.
+saved=$(cat "$USER_JSON")
+start_agent screen-copy
+pointer_away_from 400 300
+"$KRO" open kro://picker
+for _ in $(seq 100); do loupe_on_screen && break; sleep 0.1; done
+loupe_on_screen || fail "the loupe did not appear before the compositor was stopped"
+kill "${PIDS[0]}"
+for _ in $(seq 100); do kill -0 "$AGENT_PID" 2>/dev/null || break; sleep 0.1; done
+kill -0 "$AGENT_PID" 2>/dev/null && fail "the agent outlived its compositor by 10 s"
+agent_log | grep -q "The Wayland connection broke" || fail "the agent did not say why it ended: $(agent_log | tail -3)"
+"$PYTHON" -c 'import json, sys; json.load(open(sys.argv[1]))' "$USER_JSON" || fail "the library is not whole after the compositor died"
+[[ $(cat "$USER_JSON") == "$saved" ]] || fail "the library changed when the compositor died"
 echo "wayland picker test passed"
