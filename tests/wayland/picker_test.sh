@@ -42,6 +42,19 @@ check_route() {
 
 # Only WAYLAND_DISPLAY: the agent starts all the same.
 check_route screen-copy "a still of the output copied by the compositor"
+
+# `kro pick`, which a desktop shortcut runs where the desktop takes none from applications, prints the pick.
+rm -rf "$XDG_DATA_HOME/kroapp.Kro"
+start_agent screen-copy
+"$KRO" pick >"$WORK/pick.out" 2>"$WORK/pick.err" &
+pick=$!
+read -r px py <<<"${points[0]/,/ }"
+pointer_away_from "$px" "$py"
+click_pick "$px" "$py" "${truth[0]}"
+wait "$pick" || fail "kro pick failed: $(cat "$WORK/pick.err")"
+[[ $(cat "$WORK/pick.out") == "#${truth[0]}" ]] || fail "kro pick printed '$(cat "$WORK/pick.out")', the screen shows ${truth[0]}"
+echo "kro pick: #${truth[0]}"
+stop_agent
 # With XWayland's DISPLAY too, as in a desktop session: still a Wayland session.
 DISPLAY=$X11_DISPLAY check_route portal "a still through the desktop portal's Screenshot"
 
