@@ -27,6 +27,9 @@ stop_agent() {
 }
 
 agent_log() { cat "$WORK/agent-$agent_runs.log"; }
+# Whether the agent has logged a line matching $1 (read from the file: a pipe from agent_log into grep -q could
+# be cut off mid-write and fail under pipefail).
+agent_logged() { grep -q "$1" "$WORK/agent-$agent_runs.log"; }
 
 history_first() {
     "$PYTHON" -c 'import json, sys; print(json.load(open(sys.argv[1]))["history"]["colors"][0]["hex"])' "$USER_JSON" 2>/dev/null

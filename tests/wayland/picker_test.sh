@@ -33,10 +33,10 @@ check_route() {
     # A colour already in the history keeps its place: each route starts with an empty library.
     rm -rf "$XDG_DATA_HOME/kroapp.Kro"
     start_agent "$1"
-    agent_log | grep -q "capture: $2" || fail "the agent did not take the $1 route: $(agent_log | grep 'session:')"
+    agent_logged "capture: $2" || fail "the agent did not take the $1 route: $(agent_log | grep 'session:')"
     echo "$1:"
     for i in "${!points[@]}"; do pick_at "${points[i]%,*}" "${points[i]#*,}" "${truth[i]}"; done
-    agent_log | grep -q "Screen capture failed" && fail "a capture failed: $(agent_log | grep 'Screen capture failed' | head -1)"
+    agent_logged "Screen capture failed" && fail "a capture failed: $(agent_log | grep 'Screen capture failed' | head -1)"
     stop_agent
 }
 
@@ -63,7 +63,7 @@ start_agent portal
 kill "$PORTAL_PID"
 for _ in $(seq 50); do kill -0 "$PORTAL_PID" 2>/dev/null || break; sleep 0.1; done
 "$KRO" open kro://picker
-for _ in $(seq 100); do agent_log | grep -q "The picker closed" && break; sleep 0.1; done
+for _ in $(seq 100); do agent_logged "The picker closed" && break; sleep 0.1; done
 line=$(agent_log | grep "The picker closed")
 [[ $line == *"install xdg-desktop-portal"* ]] || fail "no line saying what to install when the portal is gone: '$line'"
 sleep 0.5
@@ -81,7 +81,7 @@ loupe_on_screen || fail "the loupe did not appear before the compositor was stop
 kill "${PIDS[0]}"
 for _ in $(seq 100); do kill -0 "$AGENT_PID" 2>/dev/null || break; sleep 0.1; done
 kill -0 "$AGENT_PID" 2>/dev/null && fail "the agent outlived its compositor by 10 s"
-agent_log | grep -q "The Wayland connection broke" || fail "the agent did not say why it ended: $(agent_log | tail -3)"
+agent_logged "The Wayland connection broke" || fail "the agent did not say why it ended: $(agent_log | tail -3)"
 "$PYTHON" -c 'import json, sys; json.load(open(sys.argv[1]))' "$USER_JSON" || fail "the library is not whole after the compositor died"
 [[ $(cat "$USER_JSON") == "$saved" ]] || fail "the library changed when the compositor died"
 echo "wayland picker test passed"

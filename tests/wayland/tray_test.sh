@@ -31,7 +31,7 @@ for _ in $(seq 100); do [[ $(watcher IsStatusNotifierHostRegistered) == *true* ]
 [[ $(watcher IsStatusNotifierHostRegistered) == *true* ]] || fail "waybar's tray did not register a host: $(tail -3 "$WORK/waybar.log")"
 
 start_agent screen-copy
-agent_log | grep -q "tray: available" || fail "the agent found no tray beside waybar: $(agent_log | grep tray)"
+agent_logged "tray: available" || fail "the agent found no tray beside waybar: $(agent_log | grep tray)"
 
 # The agent's item, "BUS-NAME/PATH" as the watcher lists it, and the process behind that bus name.
 for _ in $(seq 50); do [[ $(watcher RegisteredStatusNotifierItems) == *"'"* ]] && break; sleep 0.1; done
@@ -72,18 +72,7 @@ echo "menu: offers Pick Color and the windows"
 # The bar as the person sees it: how many of its pixels have the colour RRGGBB.
 bar_pixels_of() {
     grim -g "0,0 1280x$BAR_HEIGHT" -t ppm "$WORK/bar.ppm" || fail "grim could not take the bar"
-    "$PYTHON" - "$WORK/bar.ppm" "$1" <<'PY'
-import sys
-data = open(sys.argv[1], "rb").read()
-fields, at = [], 0
-while len(fields) < 4:
-    while data[at:at + 1].isspace(): at += 1
-    start = at
-    while not data[at:at + 1].isspace(): at += 1
-    fields.append(data[start:at])
-pixels, colour = data[at + 1:], bytes.fromhex(sys.argv[2])
-print(sum(1 for i in range(0, len(pixels), 3) if pixels[i:i + 3] == colour))
-PY
+    "$PYTHON" "$WAYLAND_TESTS/ppm_pixels.py" "$WORK/bar.ppm" --count "$1"
 }
 (($(bar_pixels_of FF0000) == 0)) || fail "the bar shows red before anything was picked"
 
@@ -101,7 +90,7 @@ red=$(bar_pixels_of FF0000)
 ((red >= 20)) || fail "the bar's icon does not show the picked red ($red red pixels)"
 echo "menu's Pick Color: picked FF0000, the icon shows it ($red pixels)"
 # The message after a pick is a brief notification here: a message window would be tiled among the windows.
-agent_log | grep -q "tooltip: #FF0000" || fail "no message was given after the pick"
+agent_logged "tooltip: #FF0000" || fail "no message was given after the pick"
 window_rect "Kro Message" >/dev/null && fail "the message after the pick came as a window among the person's"
 if [[ -n ${KRO_E2E_SHOTS:-} ]]; then
     mkdir -p "$KRO_E2E_SHOTS"
