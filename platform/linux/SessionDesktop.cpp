@@ -99,7 +99,7 @@ void SessionDesktop::startWayland(const SessionVariables& variables, PortalHotKe
     if (installedDesktopEntry().empty()) {
         log(std::string("The desktop entry ") + kBundleIdentifier +
                 ".desktop is not installed: the desktop portals cannot tell which application asks, so their dialogs "
-                "and settings may not name Kro",
+                "and settings may not name Kro; install Kro (its package, or cmake --install build --prefix ~/.local)",
             false);
     }
 

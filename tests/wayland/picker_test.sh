@@ -40,8 +40,9 @@ check_route() {
     stop_agent
 }
 
-# Only WAYLAND_DISPLAY: the agent starts all the same.
+# Only WAYLAND_DISPLAY: the agent starts all the same, and says that the portals need its desktop entry.
 check_route screen-copy "a still of the output copied by the compositor"
+agent_logged "kroapp.Kro.desktop is not installed.*install Kro" || fail "no line says to install the desktop entry"
 
 # `kro pick`, which a desktop shortcut runs where the desktop takes none from applications, prints the pick.
 rm -rf "$XDG_DATA_HOME/kroapp.Kro"
