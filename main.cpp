@@ -117,7 +117,8 @@ int runAgent(int argc, char** argv) {
     }
 
     kro::QtStatusItem statusItem;
-    kro::QtTooltipWindow tooltip([&statusItem] { return statusItem.geometry(); });
+    kro::QtTooltipWindow tooltip([&statusItem] { return statusItem.geometry(); },
+                                 [&statusItem](const std::string& message, double seconds) { statusItem.notifyBriefly(message, seconds); });
     kro::QtClipboard clipboard;
     kro::QtNetworkMonitor networkMonitor;
     kro::QtAppearance appearance;

@@ -89,7 +89,12 @@ std::string describe(HotKeyRoute route) {
         case HotKeyRoute::portalGlobalShortcuts: return "the desktop portal's GlobalShortcuts";
         case HotKeyRoute::none: break;
     }
-    return "none (the tray, or bind `kro open kro://picker` to a desktop shortcut)";
+    return "none (the tray, or bind `kro pick` to a desktop shortcut)";
+}
+
+std::string shortcutBindingAdvice() {
+    return "This desktop takes no shortcuts from applications: bind the command \"kro pick\" to a key in its "
+           "keyboard settings (Sway: bindsym Ctrl+Alt+p exec kro pick; GNOME: Settings → Keyboard → Custom Shortcuts).";
 }
 
 std::string describe(const SessionRoutes& routes) {

@@ -31,7 +31,7 @@ enum class CaptureRoute {
 };
 
 enum class HotKeyRoute {
-    none,                   // the tray and `kro open kro://picker`, bound to a desktop shortcut by hand
+    none,                   // the tray and `kro pick`, bound to a desktop shortcut by hand
     x11Grab,                // passive grabs on the root window
     portalGlobalShortcuts,  // the desktop portal's GlobalShortcuts
 };
@@ -57,6 +57,11 @@ SessionRoutes chooseRoutes(SessionKind kind, const SessionOffers& offers, const 
 // The route a session falls back to when its still cannot be had, if any: the portal after the screen copy,
 // the portal's colour pick after either.
 std::optional<CaptureRoute> fallbackAfter(CaptureRoute route, const SessionOffers& offers);
+
+// Where the desktop takes no shortcuts from applications: how to bind the picker to a key by hand, in one line.
+std::string shortcutBindingAdvice();
+// The name of the application property that holds that line while it applies, for the shortcuts' preferences.
+inline constexpr char kShortcutAdviceProperty[] = "kroShortcutAdvice";
 
 std::string describe(SessionKind kind);
 std::string describe(CaptureRoute route);

@@ -89,7 +89,7 @@ void PortalHotKeyCenter::createSession() {
             if (outcome.status != PortalStatus::done || handle == outcome.results.end() || handle->second.kind != BusValue::Kind::text) {
                 report_("The desktop-wide shortcuts are not bound: the portal's GlobalShortcuts session could not be made (" +
                         (outcome.detail.empty() ? std::string("no session") : outcome.detail) +
-                        "); use the tray, or bind `kro open kro://picker` to a shortcut in the desktop's settings");
+                        "); use the tray, or bind `kro pick` to a shortcut in the desktop's settings");
                 return;
             }
             sessionPath_ = handle->second.text;
@@ -118,7 +118,7 @@ void PortalHotKeyCenter::sendBinding() {
                 report_(std::string("The desktop-wide shortcuts are not bound: the desktop ") +
                         (outcome.status == PortalStatus::cancelled ? "was not given them" : "refused them") +
                         (outcome.detail.empty() ? "" : " (" + outcome.detail + ")") +
-                        "; use the tray, or bind `kro open kro://picker` to a shortcut in the desktop's settings");
+                        "; use the tray, or bind `kro pick` to a shortcut in the desktop's settings");
                 // Not asked again until the set changes, so a refusal does not come back on every picker session.
                 bound_ = shortcuts;
             }

@@ -50,7 +50,13 @@ QtStatusItem::QtStatusItem() {
 
 void QtStatusItem::redraw(const std::optional<ColorValue>& color) { tray_.setIcon(swatchIcon(color)); }
 
-void QtStatusItem::notify(const std::string& title, const std::string& body) {
+void QtStatusItem::notify(const std::string& title, const std::string& body) { send(title, body, -1, false); }
+
+void QtStatusItem::notifyBriefly(const std::string& title, double seconds) {
+    send(title, "", static_cast<int>(seconds * 1000), true);
+}
+
+void QtStatusItem::send(const std::string& title, const std::string& body, int expireMilliseconds, bool transient) {
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         SHERLOG("No session bus for a desktop notification: " + title, SherlogLevel::info);
@@ -58,9 +64,10 @@ void QtStatusItem::notify(const std::string& title, const std::string& body) {
     }
     auto message = QDBusMessage::createMethodCall("org.freedesktop.Notifications", "/org/freedesktop/Notifications",
                                                   "org.freedesktop.Notifications", "Notify");
-    const QVariantMap hints{{"desktop-entry", QString(kBundleIdentifier)}};
+    QVariantMap hints{{"desktop-entry", QString(kBundleIdentifier)}};
+    if (transient) hints.insert("transient", true);
     message << QString("Kro") << 0u << QString(kBundleIdentifier) << QString::fromStdString(title)
-            << QString::fromStdString(body) << QStringList() << hints << -1;
+            << QString::fromStdString(body) << QStringList() << hints << expireMilliseconds;
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(message), &tray_);
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [title](QDBusPendingCallWatcher* call) {
         if (call->isError()) {

@@ -28,7 +28,8 @@ QPoint tooltipPosition(const QRect& icon, const QSize& size, const QRect& area) 
     return topLeft;
 }
 
-QtTooltipWindow::QtTooltipWindow(std::function<QRect()> anchor) : anchor_(std::move(anchor)) {
+QtTooltipWindow::QtTooltipWindow(std::function<QRect()> anchor, Elsewhere elsewhere)
+    : anchor_(std::move(anchor)), elsewhere_(std::move(elsewhere)) {
     label_.setWindowFlags(Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     label_.setAttribute(Qt::WA_ShowWithoutActivating);
     label_.setWindowTitle("Kro Message");
@@ -42,6 +43,7 @@ QtTooltipWindow::QtTooltipWindow(std::function<QRect()> anchor) : anchor_(std::m
 
 void QtTooltipWindow::show(const std::string& message, double seconds) {
     lastMessage_ = message;
+    if (elsewhere_ && QGuiApplication::platformName().startsWith("wayland")) return elsewhere_(message, seconds);
     label_.setText(QString::fromStdString(message));
     label_.adjustSize();
     const QRect icon = anchor_ ? anchor_() : QRect();

@@ -1,5 +1,7 @@
 #include "platform/linux/SessionDesktop.h"
 
+#include <QCoreApplication>
+
 #include <filesystem>
 #include <sstream>
 
@@ -84,20 +86,28 @@ void SessionDesktop::startWayland(const SessionVariables& variables, PortalHotKe
             "xdg-desktop-portal-kde, or xdg-desktop-portal-wlr with xdg-desktop-portal-gtk)",
             true);
     }
+    // The shortcuts' preferences show how to bind the picker by hand where the desktop takes no shortcuts.
+    const auto adviseBinding = [] {
+        if (qApp) qApp->setProperty(kShortcutAdviceProperty, QString::fromStdString(shortcutBindingAdvice()));
+    };
     if (routes_.hotKeys == HotKeyRoute::none) {
         log("This desktop's portal has no GlobalShortcuts: open the picker from the tray, or bind the command "
-            "`kro open kro://picker` to a shortcut in the desktop's keyboard settings",
+            "`kro pick` to a shortcut in the desktop's keyboard settings",
             false);
+        adviseBinding();
     }
     if (installedDesktopEntry().empty()) {
         log(std::string("The desktop entry ") + kBundleIdentifier +
                 ".desktop is not installed: the desktop portals cannot tell which application asks, so their dialogs "
-                "and settings may not name Kro",
+                "and settings may not name Kro; install Kro (its package, or cmake --install build --prefix ~/.local)",
             false);
     }
 
     auto* bus = routes_.hotKeys == HotKeyRoute::portalGlobalShortcuts ? portal_.get() : nullptr;
-    auto keys = std::make_unique<PortalHotKeyCenter>(bus, std::move(globalAction), [log](const std::string& line) { log(line, true); });
+    auto keys = std::make_unique<PortalHotKeyCenter>(bus, std::move(globalAction), [log, adviseBinding](const std::string& line) {
+        log(line, true);
+        adviseBinding();
+    });
     WaylandStill::Services services{routes_.capture, offers, screenCopy_.get(), portal_->connected() ? portal_.get() : nullptr,
                                     keys.get(), [log](const std::string& line) { log(line, false); }};
     hotKeyCenter_ = std::move(keys);

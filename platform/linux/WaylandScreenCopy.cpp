@@ -37,6 +37,28 @@ struct Cover {
     double x = 0, y = 0;
 };
 
+// The shared memory the compositor copies into, kept from one copy to the next while the output's buffer stays
+// the same: fresh memory costs a page fault per page on both sides of every copy.
+struct CopyBuffer {
+    int fd = -1;
+    void* data = MAP_FAILED;
+    size_t size = 0;
+    wl_buffer* buffer = nullptr;
+    uint32_t format = 0, width = 0, height = 0, stride = 0;
+
+    bool fits(uint32_t f, uint32_t w, uint32_t h, uint32_t s) const {
+        return buffer && format == f && width == w && height == h && stride == s;
+    }
+    void release(bool connected) {
+        if (buffer && connected) wl_buffer_destroy(buffer);
+        buffer = nullptr;
+        if (data != MAP_FAILED) munmap(data, size);
+        data = MAP_FAILED;
+        if (fd >= 0) close(fd);
+        fd = -1;
+    }
+};
+
 struct WaylandScreenCopy::State {
     wl_display* display = nullptr;
     wl_registry* registry = nullptr;
@@ -46,6 +68,7 @@ struct WaylandScreenCopy::State {
     wl_pointer* pointer = nullptr;
     zwlr_layer_shell_v1* layerShell = nullptr;
     std::unique_ptr<Cover> cover;
+    CopyBuffer copyBuffer;
     zwlr_screencopy_manager_v1* manager = nullptr;
     uint32_t managerVersion = 0;
     zxdg_output_manager_v1* outputManager = nullptr;
@@ -53,6 +76,7 @@ struct WaylandScreenCopy::State {
 
     ~State() {
         removeCover();
+        copyBuffer.release(!broken());
         if (pointer) wl_pointer_destroy(pointer);
         if (seat) wl_seat_destroy(seat);
         if (layerShell) zwlr_layer_shell_v1_destroy(layerShell);
@@ -384,30 +408,35 @@ std::optional<Bitmap> WaylandScreenCopy::copy(const std::string& outputName, std
     } else if (!readable(frame.format)) {
         error = "the compositor copies only in a pixel format we do not read (" + std::to_string(frame.format) + ")";
     } else {
-        const size_t size = static_cast<size_t>(frame.stride) * frame.height;
-        const int fd = memfd_create("kro-screen-copy", MFD_CLOEXEC);
-        void* data = fd >= 0 && ftruncate(fd, static_cast<off_t>(size)) == 0
-                         ? mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0)
-                         : MAP_FAILED;
-        if (data == MAP_FAILED) {
-            error = std::string("no memory to copy the screen into: ") + std::strerror(errno);
-        } else {
-            auto* pool = wl_shm_create_pool(state_->shm, fd, static_cast<int32_t>(size));
-            auto* buffer = wl_shm_pool_create_buffer(pool, 0, static_cast<int32_t>(frame.width), static_cast<int32_t>(frame.height),
-                                                     static_cast<int32_t>(frame.stride), frame.format);
-            wl_shm_pool_destroy(pool);
-            zwlr_screencopy_frame_v1_copy(handle, buffer);
+        auto& buffer = state_->copyBuffer;
+        if (!buffer.fits(frame.format, frame.width, frame.height, frame.stride)) {
+            buffer.release(!state_->broken());
+            buffer.size = static_cast<size_t>(frame.stride) * frame.height;
+            buffer.fd = memfd_create("kro-screen-copy", MFD_CLOEXEC);
+            if (buffer.fd >= 0 && ftruncate(buffer.fd, static_cast<off_t>(buffer.size)) == 0) {
+                buffer.data = mmap(nullptr, buffer.size, PROT_READ | PROT_WRITE, MAP_SHARED, buffer.fd, 0);
+            }
+            if (buffer.data == MAP_FAILED) {
+                error = std::string("no memory to copy the screen into: ") + std::strerror(errno);
+                buffer.release(!state_->broken());
+            } else {
+                auto* pool = wl_shm_create_pool(state_->shm, buffer.fd, static_cast<int32_t>(buffer.size));
+                buffer.buffer = wl_shm_pool_create_buffer(pool, 0, static_cast<int32_t>(frame.width), static_cast<int32_t>(frame.height),
+                                                          static_cast<int32_t>(frame.stride), frame.format);
+                wl_shm_pool_destroy(pool);
+                buffer.format = frame.format, buffer.width = frame.width, buffer.height = frame.height, buffer.stride = frame.stride;
+            }
+        }
+        if (buffer.buffer) {
+            zwlr_screencopy_frame_v1_copy(handle, buffer.buffer);
             if (!state_->dispatchUntil([&] { return frame.ready || frame.failed; }, timeoutSeconds)) {
                 error = state_->broken() ? "the compositor closed its connection" : "the compositor did not copy the screen in time";
             } else if (frame.failed) {
                 error = "the compositor could not copy the screen";
             } else {
-                image = upright(static_cast<const uint8_t*>(data), frame);
+                image = upright(static_cast<const uint8_t*>(buffer.data), frame);
             }
-            wl_buffer_destroy(buffer);
-            munmap(data, size);
         }
-        if (fd >= 0) close(fd);
     }
     zwlr_screencopy_frame_v1_destroy(handle);
     if (!state_->broken()) wl_display_flush(state_->display);

@@ -103,9 +103,11 @@ void WaylandStill::takeScreenCopy() {
     const auto name = screen_->name().toStdString();
     auto copy = services_.screenCopy ? services_.screenCopy->copy(name, error) : std::nullopt;
     if (!copy) return failed("the screen copy failed: " + (error.empty() ? std::string("no screen copy") : error));
-    const QImage picture(reinterpret_cast<const uchar*>(copy->pixels.data()), copy->width, copy->height, copy->width * 4,
-                         QImage::Format_ARGB32);
-    arrived(picture.copy(), "the screen copy of " + name);
+    // The picture takes the copy's pixels over rather than copying them once more.
+    auto* pixels = new std::vector<uint32_t>(std::move(copy->pixels));
+    QImage picture(reinterpret_cast<uchar*>(pixels->data()), copy->width, copy->height, copy->width * 4, QImage::Format_ARGB32,
+                   [](void* owned) { delete static_cast<std::vector<uint32_t>*>(owned); }, pixels);
+    arrived(std::move(picture), "the screen copy of " + name);
 }
 
 void WaylandStill::takeScreenshot() {

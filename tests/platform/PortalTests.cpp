@@ -68,7 +68,7 @@ TEST(DesktopSession, AFailedStillFallsBackOnlyToWhatThePortalOffers) {
     // PickColor came with the interface's second version.
     EXPECT_EQ(fallbackAfter(CaptureRoute::portalScreenshot, {false, 1u, {}}), std::nullopt);
     EXPECT_EQ(fallbackAfter(CaptureRoute::portalPickColor, {true, 2u, {}}), std::nullopt);
-    EXPECT_NE(describe(chooseRoutes(SessionKind::wayland, {false, 2u, {}})).find("bind `kro open kro://picker`"), std::string::npos);
+    EXPECT_NE(describe(chooseRoutes(SessionKind::wayland, {false, 2u, {}})).find("bind `kro pick`"), std::string::npos);
 }
 
 TEST(PortalRequest, AGrantedScreenshotGivesItsLocalFileOnce) {
@@ -240,7 +240,7 @@ TEST(PortalHotKeyCenter, AFailedSessionIsReportedOnceAndTheLoupeKeysStillWork) {
     environment.queue.runDue();
     bus.calls[0].reply({"org.freedesktop.DBus.Error.UnknownMethod", "no GlobalShortcuts"}, {});
     ASSERT_EQ(reports.size(), 1u);
-    EXPECT_NE(reports[0].find("bind `kro open kro://picker`"), std::string::npos);
+    EXPECT_NE(reports[0].find("bind `kro pick`"), std::string::npos);
     int presses = 0;
     center.delegate = [&](int) { ++presses; };
     EXPECT_TRUE(center.keyPressed(0x180000, 35));

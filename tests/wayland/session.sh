@@ -6,6 +6,7 @@
 set -uo pipefail
 
 COLOUR_CLIENT=${1:?usage: source session.sh COLOUR_CLIENT}
+WAYLAND_TESTS=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 
 skip() {
     echo "skipped: $*"
@@ -173,8 +174,9 @@ def walk(node):
 walk(json.load(sys.stdin))
 sys.exit(1)' "$1"
 }
-# A cheaper look, for loops: is a window of this application id in the tree?
-window_shown() { swaymsg -t get_tree | grep -q "\"app_id\": *\"$1\""; }
+# A cheaper look, for loops: is a window of this application id in the tree? (grep reads the whole tree: with
+# -q it would stop at the match, and swaymsg, cut off mid-write, would fail the pipeline.)
+window_shown() { swaymsg -t get_tree | grep "\"app_id\": *\"$1\"" >/dev/null; }
 for _ in $(seq 100); do window_shown kro-native && window_rect kro-x11 >/dev/null && break; sleep 0.1; done
 window_shown kro-native || fail "the native window did not appear: $(cat "$WORK/native.log")"
 window_rect kro-x11 >/dev/null || fail "the X11 window did not appear: $(cat "$WORK/x11-window.log")"
@@ -182,21 +184,7 @@ window_rect kro-x11 >/dev/null || fail "the X11 window did not appear: $(cat "$W
 # The screen as the compositor shows it, the truth of every pick: six hex digits for each "x,y" given.
 screen_pixels() {
     grim -t ppm "$WORK/screen.ppm" || fail "grim could not take the screen"
-    "$PYTHON" - "$WORK/screen.ppm" "$@" <<'PY'
-import sys
-data = open(sys.argv[1], "rb").read()
-fields, at = [], 0
-while len(fields) < 4:
-    while data[at:at + 1].isspace(): at += 1
-    start = at
-    while not data[at:at + 1].isspace(): at += 1
-    fields.append(data[start:at])
-width, at = int(fields[1]), at + 1
-for point in sys.argv[2:]:
-    x, y = map(int, point.split(","))
-    offset = at + (y * width + x) * 3
-    print(data[offset:offset + 3].hex().upper())
-PY
+    "$PYTHON" "$WAYLAND_TESTS/ppm_pixels.py" "$WORK/screen.ppm" "$@"
 }
 
 pointer_to() { swaymsg seat - cursor set "$1" "$2" >/dev/null; }

@@ -1,5 +1,6 @@
 #include "workspaces/preferences/ShortcutsPane.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -14,6 +15,7 @@
 #include "library/Notifications.h"
 #include "picker/HotKeyLabel.h"
 #include "picker/HotKeys.h"
+#include "platform/DesktopSession.h"
 #include "workspaces/preferences/ShortcutRecorder.h"
 
 namespace kro {
@@ -51,6 +53,13 @@ ShortcutsPane::ShortcutsPane(QWidget* parent)
         if (item->data(0, kIdentifierRole).isValid()) startRecording(HotKeyIdentifier(item->data(0, kIdentifierRole).toInt()));
     });
     layout->addWidget(tree_, 1);
+    // Where the desktop takes no shortcuts from applications (Sway, GNOME before 48), how to bind one by hand.
+    if (const auto advice = qApp->property(kShortcutAdviceProperty).toString(); !advice.isEmpty()) {
+        auto* note = new QLabel(advice, this);
+        note->setWordWrap(true);
+        note->setAccessibleName("How to bind the picker to a key");
+        layout->addWidget(note);
+    }
 
     message_->setWordWrap(true);
     message_->setAccessibleName("Shortcut message");
