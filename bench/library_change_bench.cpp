@@ -1,5 +1,7 @@
 // One library change as a user makes it: a colour added to the history through the whole pipeline (time
-// stamp, undo state, save to a real folder, notification), with the library holding N colours.
+// stamp, undo state, save to a real folder, notification), with the library holding N colours in one
+// palette. The second argument is how many picks the undo list keeps before it is emptied (0: never), so the
+// cost with a long undo list is measured beside the cost with a short one.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -22,6 +24,7 @@ void addColorThroughPipeline(benchmark::State& state) {
     kro::User::resetShared();
     auto& user = *kro::User::shared();
     const long size = state.range(0);
+    const long resetEvery = state.range(1);
     auto palette = std::make_shared<kro::Palette>();
     for (long n = 0; n < size; ++n) palette->colors.push_back(colorNumber(n + 1));
     user.palettes.push_back(palette);
@@ -36,7 +39,7 @@ void addColorThroughPipeline(benchmark::State& state) {
         state.PauseTiming();
         user.history->colors.clear();
         environment.clock.advance(std::chrono::seconds(1));
-        if (++next % 16 == 0) undo.reset();  // states are whole libraries: keep memory bounded
+        if (resetEvery && ++next % resetEvery == 0) undo.reset();
         state.ResumeTiming();
     }
     state.counters["colors"] = static_cast<double>(size);
@@ -46,4 +49,17 @@ void addColorThroughPipeline(benchmark::State& state) {
 
 }  // namespace
 
-BENCHMARK(addColorThroughPipeline)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(addColorThroughPipeline)
+    ->ArgNames({"colors", "resetEvery"})
+    ->Args({100, 16})
+    ->Args({1000, 16})
+    ->Args({10000, 16})
+    ->Args({100000, 16})
+    ->Unit(benchmark::kMillisecond);
+// With every state kept, as in the agent (states that share what did not change make this affordable).
+BENCHMARK(addColorThroughPipeline)
+    ->ArgNames({"colors", "resetEvery"})
+    ->Args({100, 0})
+    ->Args({10000, 0})
+    ->Args({100000, 0})
+    ->Unit(benchmark::kMillisecond);
