@@ -13,40 +13,44 @@ namespace kro {
 
 class ContentHash {
 public:
-    void add(std::uint64_t word) { state_ = mix(state_ ^ word, 0x9E3779B97F4A7C15ull); }
+    void add(std::uint64_t word) { state_ = mix(state_ ^ word ^ k0, k1); }
+    // Sixteen bytes a step; the length goes into the first step, so a text ending early cannot be taken for
+    // the start of a longer one.
     void add(std::string_view bytes) {
-        add(static_cast<std::uint64_t>(bytes.size() ^ 0xA0761D6478BD642Full));
         const char* at = bytes.data();
         size_t left = bytes.size();
-        for (; left >= 8; at += 8, left -= 8) {
-            std::uint64_t word;
-            std::memcpy(&word, at, 8);
-            add(word);
-        }
-        if (left) {
-            std::uint64_t word = 0;
-            std::memcpy(&word, at, left);
-            add(word);
-        }
+        std::uint64_t lengthWord = static_cast<std::uint64_t>(left) * k2;
+        do {
+            std::uint64_t words[2] = {0, 0};
+            const size_t take = left < 16 ? left : 16;
+            std::memcpy(words, at, take);
+            state_ = mix(state_ ^ words[0] ^ lengthWord ^ k0, words[1] ^ k1);
+            lengthWord = 0;
+            at += take, left -= take;
+        } while (left);
     }
     // An absent text and an empty one differ.
     void add(const std::optional<std::string>& text) {
         if (text) {
             add(std::string_view(*text));
         } else {
-            add(static_cast<std::uint64_t>(0xE7037ED1A0B428DBull));
+            add(static_cast<std::uint64_t>(k2));
         }
     }
     void add(const std::vector<std::string>& texts) {
         add(static_cast<std::uint64_t>(texts.size()));
         for (const auto& text : texts) add(std::string_view(text));
     }
-    void add(float value) {
-        std::uint32_t bits;
-        std::memcpy(&bits, &value, sizeof bits);
-        add(static_cast<std::uint64_t>(bits));
+    // Four stored components in two words.
+    void add(float a, float b, float c, float d) {
+        std::uint32_t bits[4];
+        std::memcpy(&bits[0], &a, 4), std::memcpy(&bits[1], &b, 4), std::memcpy(&bits[2], &c, 4),
+            std::memcpy(&bits[3], &d, 4);
+        const std::uint64_t first = std::uint64_t{bits[0]} << 32 | bits[1];
+        const std::uint64_t second = std::uint64_t{bits[2]} << 32 | bits[3];
+        state_ = mix(state_ ^ first ^ k0, second ^ k1);
     }
-    std::uint64_t value() const { return mix(state_, 0x8EBC6AF09C88C6E3ull); }
+    std::uint64_t value() const { return mix(state_ ^ k2, k1); }
 
 private:
     // The folded 128-bit product: every input bit reaches every output bit.
@@ -55,6 +59,9 @@ private:
         return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
     }
 
+    static constexpr std::uint64_t k0 = 0xA0761D6478BD642Full;
+    static constexpr std::uint64_t k1 = 0xE7037ED1A0B428DBull;
+    static constexpr std::uint64_t k2 = 0x8EBC6AF09C88C6E3ull;
     std::uint64_t state_ = 0x1D8E4E27C47D124Full;
 };
 

@@ -13,10 +13,7 @@ std::uint64_t colorHash(const Color& color) {
     hash.add(std::string_view(color.uuid));
     hash.add(color.name);
     hash.add(color.originalName);
-    hash.add(color.red);
-    hash.add(color.green);
-    hash.add(color.blue);
-    hash.add(color.alpha);
+    hash.add(color.red, color.green, color.blue, color.alpha);
     hash.add(std::string_view(color.hex));
     hash.add(color.notes);
     hash.add(color.tags);

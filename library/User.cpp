@@ -12,6 +12,14 @@
 namespace kro {
 namespace {
 
+// Saves the library from one buffer kept between saves: a large library's text then goes into memory
+// already mapped, instead of fresh pages faulted in at every change.
+bool saveWhole(const EncodedLibrary& encoded) {
+    static std::string whole;
+    encoded.assembleInto(whole);
+    return User::store().saveText(whole);
+}
+
 std::shared_ptr<User>& sharedInstance() {
     static std::shared_ptr<User> user;
     return user;
@@ -144,7 +152,7 @@ void User::load(const StoreCompletion& completion) {
                  completion);
 }
 
-bool User::save() const { return store().saveText(LibraryEncoder::shared().encode(*this).text()); }
+bool User::save() const { return saveWhole(LibraryEncoder::shared().encode(*this)); }
 
 void User::moveUpdatedAt() {
     using namespace std::chrono;
@@ -165,7 +173,7 @@ void User::runPipelineAfterStamp(bool undo, bool save, bool notify, bool cloud, 
     if (undo || save) {
         const auto encoded = LibraryEncoder::shared().encode(*this);
         if (undo) UserUndo::shared().saveEncoded(encoded, 0, file, function, line);
-        if (save) store().saveText(encoded.text());
+        if (save) saveWhole(encoded);
     }
     if (notify) env().notifications->post(Notifications::userUpdated);
     if (cloud) updateCloudKit(file, function, line);
