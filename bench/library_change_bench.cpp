@@ -7,6 +7,8 @@
 #include <string>
 
 #include "BenchEnvironment.h"
+#include "library/LibraryEncoder.h"
+#include "platform/Crypto.h"
 #include "library/User.h"
 #include "library/UserUndo.h"
 
@@ -52,8 +54,39 @@ void addColorThroughPipeline(benchmark::State& state) {
     kro::User::resetShared();
 }
 
+// The encoding alone, without the file: a pick at the head of an N-colour palette, then the library encoded
+// whole (as every change did before) or piece by piece (as the pipeline does now).
+template <bool piecewise>
+void encodeAfterAPick(benchmark::State& state) {
+    BenchEnvironment environment;
+    kro::User::resetShared();
+    auto& user = *kro::User::shared();
+    auto palette = std::make_shared<kro::Palette>();
+    for (long n = 0; n < state.range(0); ++n) palette->colors.push_back(colorNumber(n + 1));
+    user.palettes.push_back(palette);
+    kro::LibraryEncoder::shared().encode(user);
+    for (auto _ : state) {
+        state.PauseTiming();
+        palette->colors.insert(palette->colors.begin(), kro::Color::make(0, 0, 0, 1, "Pick"));
+        state.ResumeTiming();
+        if constexpr (piecewise) {
+            benchmark::DoNotOptimize(kro::LibraryEncoder::shared().encode(user));
+        } else {
+            benchmark::DoNotOptimize(kro::md5Hex(user.jsonText()));
+        }
+        state.PauseTiming();
+        palette->colors.erase(palette->colors.begin());
+        state.ResumeTiming();
+    }
+    kro::User::resetShared();
+}
+void wholeEncodingAndDigest(benchmark::State& state) { encodeAfterAPick<false>(state); }
+void piecewiseEncoding(benchmark::State& state) { encodeAfterAPick<true>(state); }
+
 }  // namespace
 
+BENCHMARK(wholeEncodingAndDigest)->ArgName("colors")->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(piecewiseEncoding)->ArgName("colors")->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(addColorThroughPipeline)
     ->ArgNames({"colors", "resetEvery"})
     ->Args({100, 16})

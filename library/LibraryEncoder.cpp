@@ -115,6 +115,7 @@ LibraryEncoder& LibraryEncoder::shared() {
 }
 
 EncodedLibrary LibraryEncoder::encode(const User& user) {
+    std::lock_guard lock(mutex_);
     Writer writer(last_);
     user.appendJsonText(writer.pending(), [&writer](const Palette& palette, std::string&) {
         writer.appendPalette(palette);

@@ -9,8 +9,10 @@
 // where they were. The small texts between the chunks (the palettes' own fields, the library's) are written
 // each time and shared with the last encoding when equal.
 //
-// Main thread only, like the pipeline. The pieces it hands out are immutable and safe to share.
+// The pipeline runs on the main thread; a mutex keeps the cache whole should another thread encode. The pieces
+// it hands out are immutable and safe to share.
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -39,6 +41,7 @@ private:
     };
     class Writer;
 
+    std::mutex mutex_;
     // What the last encoding made; what the next one does not use is let go (undo states may still hold it).
     Generation last_;
 };

@@ -1,5 +1,7 @@
 #include "library/User.h"
 
+#include <mutex>
+
 #include "library/CloudHook.h"
 #include "library/JsonDecode.h"
 #include "library/LibraryEncoder.h"
@@ -15,7 +17,9 @@ namespace {
 // Saves the library from one buffer kept between saves: a large library's text then goes into memory
 // already mapped, instead of fresh pages faulted in at every change.
 bool saveWhole(const EncodedLibrary& encoded) {
+    static std::mutex mutex;
     static std::string whole;
+    std::lock_guard lock(mutex);
     encoded.assembleInto(whole);
     return User::store().saveText(whole);
 }
