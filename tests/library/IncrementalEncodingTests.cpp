@@ -101,7 +101,11 @@ protected:
         switch (below(20)) {
             case 0: case 1: case 2: return step([&] { user().addColorToTarget(randomColor()); });
             case 3: return step([&] { user().deleteColors(palette, someColors(palette)); });
-            case 4: return step([&] { user().renameColor(palette, palette->colors.empty() ? randomColor() : palette->colors[below(palette->colors.size())], "Renamed " + std::to_string(below(100))); });
+            case 4: return step([&] {
+                if (palette->colors.empty()) return;
+                const auto color = palette->colors[below(palette->colors.size())];
+                user().renameColor(palette, color, "Renamed " + std::to_string(below(100)));
+            });
             case 5: return step([&] {
                 const auto to = randomPalette();
                 user().moveColors(palette, someColors(palette), to, below(to->colors.size() + 1));
@@ -113,7 +117,8 @@ protected:
             case 7: return step([&] {
                 // Sorting, as a window does it: the list written in place, then the palette's pipeline.
                 if (palette->lock) return;
-                palette->colors = sortedColors(palette->colors, below(2) ? PaletteColorSort::nameASC : PaletteColorSort::dateDESC);
+                const auto order = below(2) ? PaletteColorSort::nameASC : PaletteColorSort::dateDESC;
+                palette->colors = sortedColors(palette->colors, order);
                 palette->trigger(true, true, true, true);
             });
             case 8: return step([&] { user().toggleLock(palette); });
