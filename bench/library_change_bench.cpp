@@ -1,10 +1,14 @@
 // One library change as a user makes it: a colour added to the history through the whole pipeline (time
-// stamp, undo state, save to a real folder, notification), with the library holding N colours.
+// stamp, undo state, save to a real folder, notification), with the library holding N colours in one
+// palette. The second argument is how many picks the undo list keeps before it is emptied (0: never), so the
+// cost with a long undo list is measured beside the cost with a short one.
 #include <benchmark/benchmark.h>
 
 #include <string>
 
 #include "BenchEnvironment.h"
+#include "library/LibraryEncoder.h"
+#include "platform/Crypto.h"
 #include "library/User.h"
 #include "library/UserUndo.h"
 
@@ -22,11 +26,17 @@ void addColorThroughPipeline(benchmark::State& state) {
     kro::User::resetShared();
     auto& user = *kro::User::shared();
     const long size = state.range(0);
+    const long resetEvery = state.range(1);
     auto palette = std::make_shared<kro::Palette>();
     for (long n = 0; n < size; ++n) palette->colors.push_back(colorNumber(n + 1));
     user.palettes.push_back(palette);
     auto& undo = kro::UserUndo::shared();
     undo.reset();
+    // The library as loaded is encoded once, as the agent's first change does; the loop times the changes
+    // after it.
+    user.trigger(true, true, true, false);
+    environment.queue.runDue();
+    environment.clock.advance(std::chrono::seconds(1));
 
     long next = 0;
     for (auto _ : state) {
@@ -36,7 +46,7 @@ void addColorThroughPipeline(benchmark::State& state) {
         state.PauseTiming();
         user.history->colors.clear();
         environment.clock.advance(std::chrono::seconds(1));
-        if (++next % 16 == 0) undo.reset();  // states are whole libraries: keep memory bounded
+        if (resetEvery && ++next % resetEvery == 0) undo.reset();
         state.ResumeTiming();
     }
     state.counters["colors"] = static_cast<double>(size);
@@ -44,6 +54,50 @@ void addColorThroughPipeline(benchmark::State& state) {
     kro::User::resetShared();
 }
 
+// The encoding alone, without the file: a pick at the head of an N-colour palette, then the library encoded
+// whole (as every change did before) or piece by piece (as the pipeline does now).
+template <bool piecewise>
+void encodeAfterAPick(benchmark::State& state) {
+    BenchEnvironment environment;
+    kro::User::resetShared();
+    auto& user = *kro::User::shared();
+    auto palette = std::make_shared<kro::Palette>();
+    for (long n = 0; n < state.range(0); ++n) palette->colors.push_back(colorNumber(n + 1));
+    user.palettes.push_back(palette);
+    kro::LibraryEncoder::shared().encode(user);
+    for (auto _ : state) {
+        state.PauseTiming();
+        palette->colors.insert(palette->colors.begin(), kro::Color::make(0, 0, 0, 1, "Pick"));
+        state.ResumeTiming();
+        if constexpr (piecewise) {
+            benchmark::DoNotOptimize(kro::LibraryEncoder::shared().encode(user));
+        } else {
+            benchmark::DoNotOptimize(kro::md5Hex(user.jsonText()));
+        }
+        state.PauseTiming();
+        palette->colors.erase(palette->colors.begin());
+        state.ResumeTiming();
+    }
+    kro::User::resetShared();
+}
+void wholeEncodingAndDigest(benchmark::State& state) { encodeAfterAPick<false>(state); }
+void piecewiseEncoding(benchmark::State& state) { encodeAfterAPick<true>(state); }
+
 }  // namespace
 
-BENCHMARK(addColorThroughPipeline)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(wholeEncodingAndDigest)->ArgName("colors")->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(piecewiseEncoding)->ArgName("colors")->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(addColorThroughPipeline)
+    ->ArgNames({"colors", "resetEvery"})
+    ->Args({100, 16})
+    ->Args({1000, 16})
+    ->Args({10000, 16})
+    ->Args({100000, 16})
+    ->Unit(benchmark::kMillisecond);
+// With every state kept, as in the agent (states that share what did not change make this affordable).
+BENCHMARK(addColorThroughPipeline)
+    ->ArgNames({"colors", "resetEvery"})
+    ->Args({100, 0})
+    ->Args({10000, 0})
+    ->Args({100000, 0})
+    ->Unit(benchmark::kMillisecond);

@@ -62,6 +62,15 @@ Json Palette::toJson() const {
 }
 
 void Palette::appendJsonText(std::string& out) const {
+    appendTextBeforeColors(out);
+    for (size_t i = 0; i < colors.size(); ++i) {
+        if (i) out += ',';
+        colors[i]->appendJsonText(out);
+    }
+    appendTextAfterColors(out);
+}
+
+void Palette::appendTextBeforeColors(std::string& out) const {
     using namespace record_text;
     bool first = true;
     out += '{';
@@ -71,10 +80,11 @@ void Palette::appendJsonText(std::string& out) const {
     if (originalName) appendKey(out, "originalName", first), appendString(out, *originalName);
     appendKey(out, "colors", first);
     out += '[';
-    for (size_t i = 0; i < colors.size(); ++i) {
-        if (i) out += ',';
-        colors[i]->appendJsonText(out);
-    }
+}
+
+void Palette::appendTextAfterColors(std::string& out) const {
+    using namespace record_text;
+    bool first = false;  // "colors" came before
     out += ']';
     if (notes) appendKey(out, "notes", first), appendString(out, *notes);
     appendKey(out, "tags", first), appendStrings(out, tags);

@@ -25,6 +25,10 @@ public:
     Json toJson() const;
     // compactText(toJson()), appended without building the tree.
     void appendJsonText(std::string& out) const;
+    // The same in three parts: the text before the colours (up to the array's "["), the colours' own texts
+    // separated by commas, and the text after them (from the "]"). The pipeline keeps the colours' texts.
+    void appendTextBeforeColors(std::string& out) const;
+    void appendTextAfterColors(std::string& out) const;
     static std::shared_ptr<Palette> fromJson(const Json& json);
     // A copy with its own identity, its colours copied with theirs.
     std::shared_ptr<Palette> copy() const;

@@ -3,9 +3,9 @@
 // follow; the index is the position of the state on screen. Nothing is ever trimmed, and a state recorded
 // after an undo goes in at the present index without dropping the newer states, which redo still reaches.
 //
-// Recording digests the state's text (MD5) and skips a state equal to the last one recorded; the insertion
-// itself runs on the background queue after the given delay, at the index it finds then. A mutex guards
-// the list and the index, which the main thread and the insertion share.
+// Recording digests the state's text (MD5), or compares the state itself, and skips a state equal to the last
+// one recorded; the insertion itself runs on the background queue after the given delay, at the index it
+// finds then. A mutex guards the list and the index, which the main thread and the insertion share.
 #include <mutex>
 #include <optional>
 #include <string>
@@ -44,16 +44,21 @@ public:
             lastMD5_ = std::move(digest);
             generation = generation_;
         }
-        env().backgroundQueue->post(
-            [this, state = std::move(state), function, generation]() mutable {
-                std::lock_guard lock(mutex_);
-                if (generation != generation_ || !indexInBounds()) return;
-                Sherlog::print("will insert instance at " + std::to_string(undoManagerIndex_) + " of " +
-                                   std::to_string(undoManager_.size()),
-                               SherlogLevel::debug, source_, function, __LINE__);
-                undoManager_.insert(undoManager_.begin() + undoManagerIndex_, std::move(state));
-            },
-            Seconds(after));
+        insertLater(std::move(state), after, function, generation);
+    }
+
+    // The same for a state that compares with the last one itself (State's ==), which decides what the
+    // digests' equality decides without hashing the whole text: for states that share their unchanged parts.
+    void saveUnlessSame(State state, double after, const std::string& function) {
+        unsigned long generation;
+        {
+            std::lock_guard lock(mutex_);
+            if (!indexInBounds()) return;
+            if (lastState_ && *lastState_ == state) return;
+            lastState_ = state;
+            generation = generation_;
+        }
+        insertLater(std::move(state), after, function, generation);
     }
 
     bool canUndo() const {
@@ -84,9 +89,16 @@ public:
         std::lock_guard lock(mutex_);
         return undoManager_.size();
     }
-    std::optional<std::string> lastMD5() const {
+    // Whether a state was recorded since the last reset (perhaps still on its way into the list).
+    bool recordedAny() const {
         std::lock_guard lock(mutex_);
-        return lastMD5_;
+        return lastMD5_.has_value() || lastState_.has_value();
+    }
+    // The state at `position` (0 is the newest); nothing out of range.
+    std::optional<State> stateAt(long position) const {
+        std::lock_guard lock(mutex_);
+        if (position < 0 || position >= static_cast<long>(undoManager_.size())) return std::nullopt;
+        return undoManager_[position];
     }
 
     // Forgets every state; insertions still pending are dropped.
@@ -95,6 +107,7 @@ public:
         undoManager_.clear();
         undoManagerIndex_ = 0;
         lastMD5_.reset();
+        lastState_.reset();
         ++generation_;
     }
 
@@ -108,10 +121,18 @@ private:
     bool indexInBounds() const {
         return undoManagerIndex_ >= 0 && undoManagerIndex_ <= static_cast<long>(undoManager_.size());
     }
-    std::optional<State> stateAt(long position) const {
-        std::lock_guard lock(mutex_);
-        if (position < 0 || position >= static_cast<long>(undoManager_.size())) return std::nullopt;
-        return undoManager_[position];
+    // The insertion, on the background queue after `after` seconds, at the index it finds then.
+    void insertLater(State state, double after, const std::string& function, unsigned long generation) {
+        env().backgroundQueue->post(
+            [this, state = std::move(state), function, generation]() mutable {
+                std::lock_guard lock(mutex_);
+                if (generation != generation_ || !indexInBounds()) return;
+                Sherlog::print("will insert instance at " + std::to_string(undoManagerIndex_) + " of " +
+                                   std::to_string(undoManager_.size()),
+                               SherlogLevel::debug, source_, function, __LINE__);
+                undoManager_.insert(undoManager_.begin() + undoManagerIndex_, std::move(state));
+            },
+            Seconds(after));
     }
     void log(const char* what) const {
         Sherlog::print(std::string(what) + " " + std::to_string(undoManagerIndex_) + " of " +
@@ -123,6 +144,7 @@ private:
     std::vector<State> undoManager_;
     long undoManagerIndex_ = 0;
     std::optional<std::string> lastMD5_;
+    std::optional<State> lastState_;
     unsigned long generation_ = 0;
     std::string source_;
 };

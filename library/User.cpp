@@ -1,7 +1,10 @@
 #include "library/User.h"
 
+#include <mutex>
+
 #include "library/CloudHook.h"
 #include "library/JsonDecode.h"
+#include "library/LibraryEncoder.h"
 #include "library/RecordText.h"
 #include "library/Notifications.h"
 #include "library/Sherlog.h"
@@ -10,6 +13,16 @@
 
 namespace kro {
 namespace {
+
+// Saves the library from one buffer kept between saves: a large library's text then goes into memory
+// already mapped, instead of fresh pages faulted in at every change.
+bool saveWhole(const EncodedLibrary& encoded) {
+    static std::mutex mutex;
+    static std::string whole;
+    std::lock_guard lock(mutex);
+    encoded.assembleInto(whole);
+    return User::store().saveText(whole);
+}
 
 std::shared_ptr<User>& sharedInstance() {
     static std::shared_ptr<User> user;
@@ -78,27 +91,31 @@ Json User::toJson() const {
 }
 
 std::string User::jsonText() const {
-    using namespace record_text;
     std::string out;
     size_t colorCount = history->colors.size();
     for (const auto& palette : palettes) colorCount += palette->colors.size();
     out.reserve(512 + 320 * colorCount);
+    appendJsonText(out, [](const Palette& palette, std::string& text) { palette.appendJsonText(text); });
+    return out;
+}
+
+void User::appendJsonText(std::string& out, const PaletteWriter& appendPalette) const {
+    using namespace record_text;
     bool first = true;
     out += '{';
     appendKey(out, "uuid", first), appendString(out, uuid);
-    appendKey(out, "history", first), history->appendJsonText(out);
+    appendKey(out, "history", first), appendPalette(*history, out);
     if (paletteUUID) appendKey(out, "paletteUUID", first), appendString(out, *paletteUUID);
     appendKey(out, "palettes", first);
     out += '[';
     for (size_t i = 0; i < palettes.size(); ++i) {
         if (i) out += ',';
-        palettes[i]->appendJsonText(out);
+        appendPalette(*palettes[i], out);
     }
     out += ']';
     appendKey(out, "createdAt", first), appendString(out, createdAt);
     if (updatedAt) appendKey(out, "updatedAt", first), appendString(out, *updatedAt);
     out += '}';
-    return out;
 }
 
 std::shared_ptr<User> User::fromJson(const Json& json) {
@@ -139,7 +156,7 @@ void User::load(const StoreCompletion& completion) {
                  completion);
 }
 
-bool User::save() const { return store().saveText(jsonText()); }
+bool User::save() const { return saveWhole(LibraryEncoder::shared().encode(*this)); }
 
 void User::moveUpdatedAt() {
     using namespace std::chrono;
@@ -156,10 +173,12 @@ void User::trigger(bool undo, bool save, bool notify, bool cloud, const char* fi
 
 void User::runPipelineAfterStamp(bool undo, bool save, bool notify, bool cloud, const char* file,
                                  const char* function, int line) {
-    // Encoded once for both the undo state and the file.
-    const std::string text = undo || save ? jsonText() : std::string();
-    if (undo) UserUndo::shared().saveEncoded(text, 0, file, function, line);
-    if (save) store().saveText(text);
+    // Encoded once for both the undo state and the file, re-encoding only what changed since the last time.
+    if (undo || save) {
+        const auto encoded = LibraryEncoder::shared().encode(*this);
+        if (undo) UserUndo::shared().saveEncoded(encoded, 0, file, function, line);
+        if (save) saveWhole(encoded);
+    }
     if (notify) env().notifications->post(Notifications::userUpdated);
     if (cloud) updateCloudKit(file, function, line);
 }

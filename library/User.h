@@ -2,6 +2,7 @@
 // The library: the history and the palettes. One shared instance, owned by the main thread.
 // Every change ends in `trigger`, the change pipeline: stamp the time, record undo, save, post
 // "UserUpdated", push to the cloud, in that order, each step switched by its argument.
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,8 +26,13 @@ public:
     static PaletteRef makeFirstPalette();
 
     Json toJson() const;
-    // compactText(toJson()), written without building the tree: what the store and undo keep.
+    // compactText(toJson()), written whole without building the tree. The pipeline writes the same bytes
+    // through LibraryEncoder, which re-encodes only what changed.
     std::string jsonText() const;
+    // The library's compact text appended to `out`, each palette (the history first) written by
+    // `appendPalette`, which appends it to the string it is given.
+    using PaletteWriter = std::function<void(const Palette& palette, std::string& out)>;
+    void appendJsonText(std::string& out, const PaletteWriter& appendPalette) const;
     // Forgiving; a missing "palettes" gives "Your First Palette!". A value of a wrong type throws JsonDecodeError.
     static std::shared_ptr<User> fromJson(const Json& json);
 

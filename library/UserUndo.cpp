@@ -1,6 +1,7 @@
 #include "library/UserUndo.h"
 
 #include "library/JsonDecode.h"
+#include "library/LibraryEncoder.h"
 
 namespace kro {
 
@@ -10,15 +11,16 @@ UserUndo& UserUndo::shared() {
 }
 
 void UserUndo::save(const User& instance, double after, const char* file, const char* function, int line) {
-    saveEncoded(instance.jsonText(), after, file, function, line);
+    saveEncoded(LibraryEncoder::shared().encode(instance), after, file, function, line);
 }
 
-void UserUndo::saveEncoded(std::string text, double after, const char* file, const char* function, int line) {
+void UserUndo::saveEncoded(EncodedLibrary encoded, double after, const char* file, const char* function,
+                           int line) {
     Sherlog::print(std::string("save from ") + file + " " + function + ":" + std::to_string(line), SherlogLevel::debug,
                    "Kro/UserUndo", "save(instance:after:file:function:line:)", __LINE__);
-    // The record writes its keys in a fixed order, so its compact text is a stable text of the state.
-    auto digest = md5Hex(text);
-    engine_.saveWithDigest(std::move(text), std::move(digest), after, "save(instance:after:file:function:line:)");
+    // The record writes its keys in a fixed order, so its compact text is a stable text of the state: a state
+    // whose text equals the last one's is not recorded again.
+    engine_.saveUnlessSame(std::move(encoded), after, "save(instance:after:file:function:line:)");
 }
 
 bool UserUndo::undo() {
@@ -31,10 +33,10 @@ bool UserUndo::redo() {
     return state && apply(*state, -1, "redo()", "redo");
 }
 
-bool UserUndo::apply(const std::string& state, long indexMove, const char* function, const char* logWord) {
+bool UserUndo::apply(const EncodedLibrary& state, long indexMove, const char* function, const char* logWord) {
     std::shared_ptr<User> restored;
     try {
-        restored = User::fromJson(parseJson(state));
+        restored = User::fromJson(parseJson(state.text()));
     } catch (const std::exception& error) {
         Sherlog::print(std::string("undo state does not decode: ") + error.what(), SherlogLevel::error, "Kro/UserUndo",
                        function, __LINE__);
