@@ -43,13 +43,16 @@ namespace {
 // would be drawn in the bright text of an enabled one and look usable.
 QPalette darkPalette() {
     const QColor window(45, 45, 48), base(30, 30, 32), text(230, 230, 230), highlight(64, 128, 220);
+    // Buttons a step lighter than the window, so that a checked one (drawn darker) and a notice (drawn in the
+    // tooltip colour) stand apart from it.
+    const QColor button(60, 60, 64), note(72, 70, 60);
     const QColor dimmed(120, 120, 126), dimmedBase(38, 38, 41);
     // From the button and window colours Qt derives the bevel shades (light, mid, dark, shadow) Fusion draws.
-    QPalette palette(window, window);
+    QPalette palette(button, window);
     palette.setColor(QPalette::WindowText, text);
     palette.setColor(QPalette::Base, base);
     palette.setColor(QPalette::AlternateBase, window.lighter(110));
-    palette.setColor(QPalette::ToolTipBase, window);
+    palette.setColor(QPalette::ToolTipBase, note);
     palette.setColor(QPalette::ToolTipText, text);
     palette.setColor(QPalette::PlaceholderText, QColor(150, 150, 156));
     palette.setColor(QPalette::Text, text);
