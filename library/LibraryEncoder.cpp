@@ -8,6 +8,10 @@ namespace {
 constexpr size_t longestChunk = 256;
 constexpr std::uint64_t chunkEndMask = 31;  // one colour in 32 ends a chunk, on average
 
+// A colour's text is reused while this hash is unchanged, so every field the text holds must go into it: a
+// field added to Color changes its size and stops the build here until it is hashed too.
+static_assert(sizeof(Color) == 328, "hash the new field of Color in colorHash, then update this size");
+
 std::uint64_t colorHash(const Color& color) {
     ContentHash hash;
     hash.add(std::string_view(color.uuid));
