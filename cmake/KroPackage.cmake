@@ -29,7 +29,9 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Qt's platform plugins are loaded, not linked, so dpkg-shlibdeps cannot see them: the X11 one is needed in
 # every session, the Wayland one and the desktop portal only in a Wayland session. xdg-open hands kro:// links
 # to the agent; a tray host and a secret service are the desktop's own.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, qt6-wayland, xdg-desktop-portal")
+# libcurl (sync) and libsecret (passwords in the secret service, else a private file) are opened when first
+# needed, not linked, so that a command does not load them: they are named here too.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, libcurl4")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, qt6-wayland, xdg-desktop-portal, libsecret-1-0")
 set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
 include(CPack)

@@ -92,8 +92,11 @@ std::string LoginItem::entryText(const std::string& executable) {
 
 std::string LoginItem::executablePath() {
     std::error_code error;
-    const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (!error && std::filesystem::is_regular_file(path, error)) return path.string();
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error) return "kro";
+    // The agent runs as kro-agent, which `kro` with no command becomes; in a build folder the two are side by side.
+    const auto command = self.parent_path() / "kro";
+    if (std::filesystem::is_regular_file(command, error)) return command.string();
     return "kro";
 }
 

@@ -21,7 +21,8 @@ public:
     static std::string entryTextFromInstalled(const std::string& installedEntry);
     // The entry's text for an executable path, where no desktop entry is installed.
     static std::string entryText(const std::string& executable);
-    // This program's binary: /proc/self/exe when it names a file, else "kro" (found on the PATH).
+    // The `kro` command beside this program when there is one (a build run from its folder), else "kro",
+    // found on the PATH.
     static std::string executablePath();
 };
 

@@ -16,6 +16,10 @@ mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$HOME"
 cmake --install "$BUILD" --prefix "$PREFIX" >/dev/null
 SHARE=$PREFIX/share
 [[ $(command -v kro) == "$PREFIX/bin/kro" ]] || fail "kro is not installed in the prefix"
+# The agent is a private program that `kro` becomes; the command line itself loads no Qt.
+[[ -x $PREFIX/libexec/kro/kro-agent ]] || fail "the agent's program is not in libexec/kro"
+! command -v kro-agent >/dev/null || fail "kro-agent is on the PATH"
+! ldd "$PREFIX/bin/kro" | grep -q libQt || fail "the command line loads Qt: $(ldd "$PREFIX/bin/kro" | grep libQt)"
 
 desktop-file-validate "$SHARE/applications/kroapp.Kro.desktop" || fail "desktop-file-validate"
 # The component id is the program's identifier, kroapp.Kro, used for its folders, socket and desktop entry
