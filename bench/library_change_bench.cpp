@@ -83,8 +83,28 @@ void encodeAfterAPick(benchmark::State& state) {
 void wholeEncodingAndDigest(benchmark::State& state) { encodeAfterAPick<false>(state); }
 void piecewiseEncoding(benchmark::State& state) { encodeAfterAPick<true>(state); }
 
+// The floor under every change: the library's file, already encoded, written whole and atomically with its
+// flush, as each change must write it. What a change costs above this is the change's own.
+void writeTheFileAlone(benchmark::State& state) {
+    BenchEnvironment environment;
+    kro::User::resetShared();
+    auto& user = *kro::User::shared();
+    auto palette = std::make_shared<kro::Palette>();
+    for (long n = 0; n < state.range(0); ++n) palette->colors.push_back(colorNumber(n + 1));
+    user.palettes.push_back(palette);
+    const auto encoded = kro::LibraryEncoder::shared().encode(user);
+    const auto pieces = encoded.views();
+    const auto path = environment.root + "/user.json";
+    for (auto _ : state) {
+        if (!environment.files.writePiecesAtomically(path, pieces)) state.SkipWithError("the write failed");
+    }
+    state.counters["bytes"] = static_cast<double>(encoded.size());
+    kro::User::resetShared();
+}
+
 }  // namespace
 
+BENCHMARK(writeTheFileAlone)->ArgName("colors")->Arg(100)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(wholeEncodingAndDigest)->ArgName("colors")->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(piecewiseEncoding)->ArgName("colors")->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(addColorThroughPipeline)

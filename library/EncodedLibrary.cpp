@@ -11,14 +11,16 @@ EncodedLibrary::EncodedLibrary(std::vector<Piece> pieces) : pieces_(std::move(pi
 
 std::string EncodedLibrary::text() const {
     std::string out;
-    assembleInto(out);
+    out.reserve(size_);
+    for (const auto& piece : pieces_) out += *piece;
     return out;
 }
 
-void EncodedLibrary::assembleInto(std::string& out) const {
-    out.clear();
-    out.reserve(size_);
-    for (const auto& piece : pieces_) out += *piece;
+std::vector<std::string_view> EncodedLibrary::views() const {
+    std::vector<std::string_view> views;
+    views.reserve(pieces_.size());
+    for (const auto& piece : pieces_) views.emplace_back(*piece);
+    return views;
 }
 
 bool EncodedLibrary::operator==(const EncodedLibrary& other) const {

@@ -4,6 +4,7 @@
 // state costs what its change changed, and two states compare without reading what they share.
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kro {
@@ -16,12 +17,12 @@ public:
     explicit EncodedLibrary(std::vector<Piece> pieces);
 
     const std::vector<Piece>& pieces() const { return pieces_; }
+    // The pieces as views, valid while this encoding lives.
+    std::vector<std::string_view> views() const;
     // The whole text's length in bytes.
     size_t size() const { return size_; }
     // The whole text, assembled (when a state is applied, or a test asks).
     std::string text() const;
-    // Replaces `out`'s content with the whole text, keeping its capacity.
-    void assembleInto(std::string& out) const;
 
     // Whether the two whole texts are equal; shared pieces at the same place are not read.
     bool operator==(const EncodedLibrary& other) const;

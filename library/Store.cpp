@@ -87,7 +87,7 @@ bool Store::keepDamaged(const std::string& target) const {
     return true;
 }
 
-bool Store::saveText(const std::string& bytes) const {
+bool Store::savePieces(const std::vector<std::string_view>& pieces) const {
     if (!StoreLock::mayWrite()) {
         Sherlog::print("Not saving " + file_.fileName + ": this process does not hold the stores' lock",
                        SherlogLevel::debug, "Kro/Store", "save()", __LINE__);
@@ -105,7 +105,7 @@ bool Store::saveText(const std::string& bytes) const {
         return false;
     }
     if (damaged_ && !keepDamaged(*target)) return false;
-    const bool written = env().files->writeAtomically(*target, bytes, &reason);
+    const bool written = env().files->writePiecesAtomically(*target, pieces, &reason);
     if (written) {
         lastSaveFailed_ = false;
     } else {

@@ -16,6 +16,8 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "library/Directory.h"
 #include "library/Sherlog.h"
@@ -75,7 +77,9 @@ public:
     // "…Saved" is posted once the write was attempted.
     bool save(const Json& json) const { return saveText(compactText(json)); }
     // The same with the record already encoded as compact JSON text.
-    bool saveText(const std::string& bytes) const;
+    bool saveText(const std::string& bytes) const { return savePieces({std::string_view(bytes)}); }
+    // The same with that text in pieces, written one after the other.
+    bool savePieces(const std::vector<std::string_view>& pieces) const;
 
     // For a store read by its own means: clears what interrupted writes left, and forgets earlier damage.
     void beginLoad() const;

@@ -1,7 +1,5 @@
 #include "library/User.h"
 
-#include <mutex>
-
 #include "library/CloudHook.h"
 #include "library/JsonDecode.h"
 #include "library/LibraryEncoder.h"
@@ -14,15 +12,8 @@
 namespace kro {
 namespace {
 
-// Saves the library from one buffer kept between saves: a large library's text then goes into memory
-// already mapped, instead of fresh pages faulted in at every change.
-bool saveWhole(const EncodedLibrary& encoded) {
-    static std::mutex mutex;
-    static std::string whole;
-    std::lock_guard lock(mutex);
-    encoded.assembleInto(whole);
-    return User::store().saveText(whole);
-}
+// The file is written straight from the encoding's pieces: a large library's text is never copied whole.
+bool saveWhole(const EncodedLibrary& encoded) { return User::store().savePieces(encoded.views()); }
 
 std::shared_ptr<User>& sharedInstance() {
     static std::shared_ptr<User> user;

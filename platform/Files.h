@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kro {
@@ -22,7 +23,13 @@ public:
     // Writes a temporary file beside the target, flushes it and renames it over the target: a failure or a
     // crash leaves the previous file whole. What earlier writes of the same file left behind when they were
     // killed is removed first.
-    virtual bool writeAtomically(const std::string& path, const std::string& bytes, std::string* reason = nullptr) = 0;
+    bool writeAtomically(const std::string& path, const std::string& bytes, std::string* reason = nullptr) {
+        return writePiecesAtomically(path, {std::string_view(bytes)}, reason);
+    }
+    // The same, for a file that is `pieces` one after the other: a large text kept in pieces is written
+    // without first being copied into one.
+    virtual bool writePiecesAtomically(const std::string& path, const std::vector<std::string_view>& pieces,
+                                       std::string* reason = nullptr) = 0;
     // Renames `from` to `to` in one step; both are in the same folder or file system.
     virtual bool move(const std::string& from, const std::string& to, std::string* reason = nullptr) = 0;
     // Removes the temporary files that interrupted atomic writes of `path` left beside it, skipping any that a

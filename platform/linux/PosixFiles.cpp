@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,6 +33,33 @@ struct Descriptor {
         if (fd >= 0) ::close(fd);
     }
 };
+
+// Writes the pieces one after the other, as many to a call as the system takes; 0, or why not.
+int writeAll(int fd, const std::vector<std::string_view>& pieces) {
+    constexpr size_t batch = 512;  // well under IOV_MAX
+    size_t next = 0, offset = 0;  // the first byte not yet written: piece `next`, at `offset`
+    while (next < pieces.size()) {
+        iovec vectors[batch];
+        int count = 0;
+        for (size_t i = next; i < pieces.size() && count < static_cast<int>(batch); ++i) {
+            const size_t skip = i == next ? offset : 0;
+            if (pieces[i].size() == skip) continue;
+            vectors[count++] = {const_cast<char*>(pieces[i].data() + skip), pieces[i].size() - skip};
+        }
+        if (count == 0) return 0;
+        const ssize_t n = ::writev(fd, vectors, count);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return n < 0 ? errno : ENOSPC;
+        // Steps past what was written, which may end inside a piece.
+        auto written = static_cast<size_t>(n);
+        while (next < pieces.size() && written >= pieces[next].size() - offset) {
+            written -= pieces[next].size() - offset;
+            ++next, offset = 0;
+        }
+        offset += written;
+    }
+    return 0;
+}
 
 class FlockLock final : public Files::Lock {
 public:
@@ -62,7 +90,8 @@ std::optional<std::string> PosixFiles::read(const std::string& path, std::string
     return out;
 }
 
-bool PosixFiles::writeAtomically(const std::string& path, const std::string& bytes, std::string* reason) {
+bool PosixFiles::writePiecesAtomically(const std::string& path, const std::vector<std::string_view>& pieces,
+                                       std::string* reason) {
     removeStaleTemporaries(path);
     const std::string folder = parentPath(path).empty() ? "." : parentPath(path);
     std::string temporary = joinPath(folder, "." + fileName(path) + ".XXXXXX");
@@ -70,17 +99,7 @@ bool PosixFiles::writeAtomically(const std::string& path, const std::string& byt
     if (fd < 0) return failWith(reason, errno);
     // Held while the file is being filled, so that another writer's clean-up leaves it alone.
     flock(fd, LOCK_EX | LOCK_NB);
-    int error = 0;
-    size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) {
-            error = n < 0 ? errno : ENOSPC;
-            break;
-        }
-        done += static_cast<size_t>(n);
-    }
+    int error = writeAll(fd, pieces);
     // A store keeps the permissions of the file it replaces, else the usual 0644 less the umask.
     struct stat previous {};
     if (::stat(path.c_str(), &previous) == 0) {

@@ -8,7 +8,8 @@ namespace kro {
 class PosixFiles final : public Files {
 public:
     std::optional<std::string> read(const std::string& path, std::string* reason = nullptr) const override;
-    bool writeAtomically(const std::string& path, const std::string& bytes, std::string* reason = nullptr) override;
+    bool writePiecesAtomically(const std::string& path, const std::vector<std::string_view>& pieces,
+                               std::string* reason = nullptr) override;
     bool move(const std::string& from, const std::string& to, std::string* reason = nullptr) override;
     void removeStaleTemporaries(const std::string& path) override;
     std::unique_ptr<Lock> lock(const std::string& path, std::chrono::milliseconds wait,

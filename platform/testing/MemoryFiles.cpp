@@ -30,11 +30,14 @@ std::optional<std::string> MemoryFiles::read(const std::string& path, std::strin
     return it->second;
 }
 
-bool MemoryFiles::writeAtomically(const std::string& path, const std::string& bytes, std::string* reason) {
+bool MemoryFiles::writePiecesAtomically(const std::string& path, const std::vector<std::string_view>& pieces,
+                                        std::string* reason) {
     if (!isDirectory(parentPath(path))) return failWith(reason, "No such file or directory");
     if (failWrites) return failWith(reason, failureReason);
     removeStaleTemporaries(path);
-    files[path] = bytes;
+    std::string bytes;
+    for (const auto piece : pieces) bytes += piece;
+    files[path] = std::move(bytes);
     ++writeCount;
     return true;
 }

@@ -2,9 +2,11 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 
 #include "platform/JsonFileDefaults.h"
@@ -34,6 +36,38 @@ TEST(PosixFiles, AtomicWriteReplacesWholeAndLeavesNoTemporary) {
     EXPECT_EQ(files.read(path), "second");
     EXPECT_EQ(files.list(tmp.path + "/a/b"), std::vector<std::string>{"store.json"});
     EXPECT_FALSE(files.read(tmp.path + "/a")) << "a folder does not read as a file";
+}
+
+TEST(PosixFiles, AFileWrittenInPiecesIsThePiecesJoined) {
+    TempFolder tmp;
+    PosixFiles files;
+    const auto path = tmp.path + "/store.json";
+    // More pieces than one system call takes, empty ones among them.
+    std::vector<std::string> texts;
+    std::string joined;
+    for (int i = 0; i < 1500; ++i) {
+        texts.push_back(i % 7 == 0 ? "" : std::string(static_cast<size_t>(i % 97) * 31 + 1, static_cast<char>('a' + i % 26)));
+        joined += texts.back();
+    }
+    const std::vector<std::string_view> pieces(texts.begin(), texts.end());
+    ASSERT_TRUE(files.writePiecesAtomically(path, pieces));
+    EXPECT_EQ(files.read(path), joined);
+
+    // A write the system cuts short inside a piece (here at a file size limit) fails whole.
+    struct rlimit previous {};
+    getrlimit(RLIMIT_FSIZE, &previous);
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit limited = previous;
+    limited.rlim_cur = joined.size() / 2 + 5;
+    setrlimit(RLIMIT_FSIZE, &limited);
+    std::string reason;
+    const bool written = files.writePiecesAtomically(path, {"x", std::string_view(joined), "y"}, &reason);
+    setrlimit(RLIMIT_FSIZE, &previous);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_FALSE(written);
+    EXPECT_EQ(reason, "File too large");
+    EXPECT_EQ(files.read(path), joined);
+    EXPECT_EQ(files.list(tmp.path), std::vector<std::string>{"store.json"});
 }
 
 TEST(PosixFiles, FailedWriteLeavesThePreviousFile) {
