@@ -40,10 +40,6 @@
 
 namespace {
 
-std::string defaultsPath(const kro::Paths& paths) {
-    return paths.configHome + "/" + kro::kBundleIdentifier + "/defaults.json";
-}
-
 // Longer than a command that runs alone takes (a sync waits up to 90 s for its server).
 constexpr std::chrono::seconds kAgentStoreLockWait{100};
 
@@ -89,7 +85,7 @@ int runAgent(int argc, char** argv) {
     kro::SystemClock clock;
     kro::QtMainQueue mainQueue;
     kro::WorkerQueue backgroundQueue;
-    kro::JsonFileDefaults defaults(files, defaultsPath(paths));
+    kro::JsonFileDefaults defaults(files, kro::JsonFileDefaults::pathIn(paths));
     kro::NotificationCenter notifications;
     kro::installEnvironment({&clock, &mainQueue, &backgroundQueue, &files, &defaults, &notifications, paths});
 

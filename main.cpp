@@ -40,10 +40,6 @@ int becomeAgent(char** argv) {
     return kro::cli::exitFailed;
 }
 
-std::string defaultsPath(const kro::Paths& paths) {
-    return paths.configHome + "/" + kro::kBundleIdentifier + "/defaults.json";
-}
-
 // A one-shot command: the same stores and defaults as the agent, with no event loop.
 int runHeadless(const std::vector<std::string>& args) {
     const auto paths = kro::Paths::fromEnvironment();
@@ -51,7 +47,7 @@ int runHeadless(const std::vector<std::string>& args) {
     kro::DeferredMainQueue mainQueue;
     kro::WorkerQueue backgroundQueue;
     kro::PosixFiles files;
-    kro::JsonFileDefaults defaults(files, defaultsPath(paths));
+    kro::JsonFileDefaults defaults(files, kro::JsonFileDefaults::pathIn(paths));
     kro::NotificationCenter notifications;
     kro::installEnvironment({&clock, &mainQueue, &backgroundQueue, &files, &defaults, &notifications, paths});
     // A change a command makes is pushed as the agent's are, and the command ends once the push has answered.

@@ -21,15 +21,21 @@ kro::ColorRef colorNumber(long n) {
     return kro::Color::make(r, g, b, 1.0, "Colour " + std::to_string(n));
 }
 
+// The shared library, reset to hold one palette of `count` numbered colours.
+kro::PaletteRef libraryOfOnePalette(long count) {
+    kro::User::resetShared();
+    auto palette = std::make_shared<kro::Palette>();
+    for (long n = 0; n < count; ++n) palette->colors.push_back(colorNumber(n + 1));
+    kro::User::shared()->palettes.push_back(palette);
+    return palette;
+}
+
 void addColorThroughPipeline(benchmark::State& state) {
     BenchEnvironment environment;
-    kro::User::resetShared();
-    auto& user = *kro::User::shared();
     const long size = state.range(0);
     const long resetEvery = state.range(1);
-    auto palette = std::make_shared<kro::Palette>();
-    for (long n = 0; n < size; ++n) palette->colors.push_back(colorNumber(n + 1));
-    user.palettes.push_back(palette);
+    libraryOfOnePalette(size);
+    auto& user = *kro::User::shared();
     auto& undo = kro::UserUndo::shared();
     undo.reset();
     // The library as loaded is encoded once, as the agent's first change does; the loop times the changes
@@ -59,11 +65,8 @@ void addColorThroughPipeline(benchmark::State& state) {
 template <bool piecewise>
 void encodeAfterAPick(benchmark::State& state) {
     BenchEnvironment environment;
-    kro::User::resetShared();
+    const auto palette = libraryOfOnePalette(state.range(0));
     auto& user = *kro::User::shared();
-    auto palette = std::make_shared<kro::Palette>();
-    for (long n = 0; n < state.range(0); ++n) palette->colors.push_back(colorNumber(n + 1));
-    user.palettes.push_back(palette);
     kro::LibraryEncoder::shared().encode(user);
     for (auto _ : state) {
         state.PauseTiming();
@@ -87,12 +90,8 @@ void piecewiseEncoding(benchmark::State& state) { encodeAfterAPick<true>(state);
 // flush, as each change must write it. What a change costs above this is the change's own.
 void writeTheFileAlone(benchmark::State& state) {
     BenchEnvironment environment;
-    kro::User::resetShared();
-    auto& user = *kro::User::shared();
-    auto palette = std::make_shared<kro::Palette>();
-    for (long n = 0; n < state.range(0); ++n) palette->colors.push_back(colorNumber(n + 1));
-    user.palettes.push_back(palette);
-    const auto encoded = kro::LibraryEncoder::shared().encode(user);
+    libraryOfOnePalette(state.range(0));
+    const auto encoded = kro::LibraryEncoder::shared().encode(*kro::User::shared());
     const auto pieces = encoded.views();
     const auto path = environment.root + "/user.json";
     for (auto _ : state) {

@@ -6,6 +6,10 @@ namespace kro {
 
 JsonFileDefaults::JsonFileDefaults(Files& files, std::string path) : files_(files), path_(std::move(path)) { reload(); }
 
+std::string JsonFileDefaults::pathIn(const Paths& paths) {
+    return paths.configHome + "/" + kBundleIdentifier + "/defaults.json";
+}
+
 void JsonFileDefaults::reload() {
     values_ = Json::object();
     const auto text = files_.read(path_);

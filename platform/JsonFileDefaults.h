@@ -3,6 +3,7 @@
 
 #include "platform/Files.h"
 #include "platform/Json.h"
+#include "platform/Paths.h"
 #include "platform/UserDefaults.h"
 
 namespace kro {
@@ -13,6 +14,8 @@ namespace kro {
 class JsonFileDefaults final : public UserDefaults {
 public:
     JsonFileDefaults(Files& files, std::string path);
+    // The user's defaults file: $XDG_CONFIG_HOME/kroapp.Kro/defaults.json.
+    static std::string pathIn(const Paths& paths);
 
     std::optional<std::string> data(const std::string& key) const override;
     void setData(const std::string& key, const std::string& bytes) override;
