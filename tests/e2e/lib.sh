@@ -21,6 +21,7 @@ PIDS=()
 AGENT_PID=""
 cleanup() {
     local status=$?
+    # The agent may have been started by a command (`kro pick`), not by start_agent.
     [[ -n $AGENT_PID ]] && kill "$AGENT_PID" 2>/dev/null || true
     for pid in "${PIDS[@]}"; do kill "$pid" 2>/dev/null || true; done
     # What does not end on SIGTERM within two seconds is killed, so a failing run never hangs here.
@@ -76,31 +77,8 @@ PY
 }
 [[ ${E2E_TRAY:-} == later ]] || start_tray_host
 
-agent_runs=0
-start_agent() {
-    agent_runs=$((agent_runs + 1))
-    "$KRO" >"$WORK/agent-$agent_runs.log" 2>&1 &
-    AGENT_PID=$!
-    # Generous: a sanitizer build on a loaded machine starts slowly.
-    for _ in $(seq 600); do
-        [[ -S $XDG_RUNTIME_DIR/kroapp.Kro.socket ]] && grep -q "Kro is running" "$WORK/agent-$agent_runs.log" && return 0
-        kill -0 "$AGENT_PID" 2>/dev/null || fail "the agent exited at start"
-        sleep 0.1
-    done
-    fail "the agent did not start"
-}
-
-stop_agent() {
-    kill -TERM "$AGENT_PID"
-    for _ in $(seq 100); do kill -0 "$AGENT_PID" 2>/dev/null || break; sleep 0.1; done
-    kill -0 "$AGENT_PID" 2>/dev/null && fail "the agent did not stop on SIGTERM"
-    wait "$AGENT_PID" || true
-    AGENT_PID=""
-}
-
-agent_log() { cat "$WORK/agent-$agent_runs.log"; }
-
-USER_JSON=$XDG_DATA_HOME/kroapp.Kro/v5/user.json
+source "$(dirname "${BASH_SOURCE[0]}")/../support/agent.sh"
+start_agent() { start_agent_with; }
 
 # Waits until the library file satisfies a Python expression over `user` (the parsed JSON).
 wait_for_library() {
